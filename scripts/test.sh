@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Builds both presets and runs every test: the platform-free logic natively
+# (with ASan and UBSan), then zorvi.exe and its tests under a private Wine.
+set -uo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+bash scripts/deps.sh || exit 1
+
+jobs=$(nproc 2>/dev/null || echo 2)
+status=0
+for preset in host windows; do
+    echo "== $preset: build"
+    if ! { cmake --preset "$preset" >/dev/null && cmake --build --preset "$preset" -j "$jobs"; }; then
+        echo "== $preset: build FAILED"
+        status=1
+        continue
+    fi
+    echo "== $preset: tests"
+    ctest --preset "$preset" -j "$jobs" || status=1
+done
+exit $status

@@ -1,0 +1,139 @@
+// Start-up: the command line, the language, the single instance, and the three
+// roads (compile now, show a log, open the main window). Also the state that
+// lives for the whole run.
+#include "core/mdlMain.h"
+
+#include <windows.h>
+
+#include <memory>
+
+#include "core/command_line.h"
+#include "core/instance_win.h"
+#include "core/messages_win.h"
+#include "core/strings_win.h"
+#include "core/wide_win.h"
+#include "files/path_win.h"
+#include "res/string_ids.h"
+#include "settings/ini_win.h"
+#include "ui/main/frmZorvi.h"
+
+namespace zorvi::mdlMain {
+namespace {
+
+struct ProcessState {
+    std::string appTitle = "Zorvi";
+    std::string mainSettingsPath;
+    int languageOffset = 0;
+    bool interactiveMode = false;
+    bool useAltPopUp = false;
+    std::string targetFile;
+    bool shuttingDown = false;
+    int openWindows = 0;
+};
+
+ProcessState& State() {
+    static ProcessState state;
+    return state;
+}
+
+std::unique_ptr<frmZorvi>& MainWindow() {
+    static std::unique_ptr<frmZorvi> window;
+    return window;
+}
+
+void RunCompileNow(const CommandLine& args) {
+    if (PrevInstanceRunning(false)) {
+        ShowCheckMessage(nullptr, LoadText(ids::kAlreadyStartedCommandMode),
+                         MB_ICONINFORMATION | MB_OK);
+        return;
+    }
+    if (args.file.empty()) {
+        // The missing path was dropped while the tokens were read: the second line stays empty.
+        ShowCheckMessage(nullptr, LoadText(ids::kFileNotFound) + L"\r\n" + Widen(args.file),
+                         MB_ICONINFORMATION);
+        return;
+    }
+    SetTargetFile(args.file);
+    State().interactiveMode = false;
+    // Compiling from the command line arrives with the compile pipeline; say
+    // so rather than pretend a compile happened.
+    ShowCheckMessage(nullptr, LoadText(ids::kCompileNotAvailableYet) + L"\r\n" + Widen(args.file),
+                     MB_ICONINFORMATION);
+}
+
+void RunShowLog(const CommandLine& args) {
+    if (PrevInstanceRunning(true)) return;
+    SetTargetFile(args.file);
+    State().interactiveMode = false;
+    ShowCheckMessage(nullptr, LoadText(ids::kLogWindowNotAvailableYet) + L"\r\n" + Widen(args.file),
+                     MB_ICONINFORMATION);
+}
+
+void RunWindowMode(const CommandLine& args) {
+    State().interactiveMode = true;
+    if (PrevInstanceRunning(true)) return;
+    State().useAltPopUp = ReadIniFlag(settings::main_file::kUseAltPopUp, MainSettingsPath());
+    auto& window = MainWindow();
+    window = std::make_unique<frmZorvi>();
+    if (!window->Create(ApplicationWindow())) {
+        window.reset();
+        return;
+    }
+    window->Start(args.file);
+}
+
+}  // namespace
+
+const std::string& AppTitle() { return State().appTitle; }
+void SetAppTitle(std::string title) { State().appTitle = std::move(title); }
+const std::string& MainSettingsPath() { return State().mainSettingsPath; }
+void SetMainSettingsPath(std::string path) { State().mainSettingsPath = std::move(path); }
+int LanguageOffset() { return State().languageOffset; }
+void SetLanguageOffset(int offset) { State().languageOffset = offset; }
+bool InteractiveMode() { return State().interactiveMode; }
+bool UseAltPopUp() { return State().useAltPopUp; }
+const std::string& TargetFile() { return State().targetFile; }
+void SetTargetFile(std::string path) { State().targetFile = std::move(path); }
+bool ShuttingDown() { return State().shuttingDown; }
+void SetShuttingDown() { State().shuttingDown = true; }
+
+void WindowOpened() { ++State().openWindows; }
+void WindowClosed() {
+    if (--State().openWindows <= 0) PostQuitMessage(0);
+}
+int OpenWindows() { return State().openWindows; }
+
+int Main(std::string_view commandLine) {
+    const std::string appFolder = mdlFile::GetAppFolder();
+    CommandLine args = InterpretCommandLine(
+        TokenizeCommandLine(commandLine), appFolder,
+        {.unquote = mdlFile::UnquotePath, .isExistingFile = mdlFile::FileExists});
+    // A relative file is taken against the folder Zorvi was started in, so
+    // the long form and every later path built from it stay right.
+    args.file = mdlFile::GetFullPath(args.file);
+
+    SetMainSettingsPath(appFolder + AppTitle() + ".ini");
+    SetLanguageOffset(LanguageOffsetFor(ReadIni(settings::main_file::kLanguage, MainSettingsPath())));
+
+    if (args.compileNow) {
+        RunCompileNow(args);
+    } else if (args.showLog) {
+        RunShowLog(args);
+    } else {
+        RunWindowMode(args);
+    }
+    return 0;
+}
+
+int RunMessageLoop(int exitCode) {
+    if (OpenWindows() <= 0) return exitCode;
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    MainWindow().reset();
+    return exitCode;
+}
+
+}  // namespace zorvi::mdlMain

@@ -1,0 +1,36 @@
+// Start-up (Main) and the process-wide state every other module reads.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zorvi::mdlMain {
+
+// The application title; a second instance appends a blank to its own so
+// that looking for the first one's window does not find itself.
+const std::string& AppTitle();
+void SetAppTitle(std::string title);
+const std::string& MainSettingsPath();  // program folder + title + ".ini", fixed at start-up
+int LanguageOffset();                   // 0 English, 1000 Japanese
+bool InteractiveMode();                 // true while the main window runs
+bool UseAltPopUp();
+const std::string& TargetFile();
+void SetTargetFile(std::string path);
+bool ShuttingDown();
+void SetShuttingDown();
+
+// Tests drive the state that start-up would otherwise set.
+void SetMainSettingsPath(std::string path);
+void SetLanguageOffset(int offset);
+
+// Windows that keep the program alive; the last one to close ends the message loop.
+void WindowOpened();
+void WindowClosed();
+int OpenWindows();
+
+// Splits the command line and takes one of the three roads. Returns the
+// process exit code; RunMessageLoop then serves whatever windows it opened.
+int Main(std::string_view commandLine);
+int RunMessageLoop(int exitCode);
+
+}  // namespace zorvi::mdlMain
