@@ -1,8 +1,16 @@
 // Path text operations that need no file system: the platform-free half of mdlFile.
 #include "files/path_text.h"
 
+#include <algorithm>
+
 namespace zorvi::mdlFile {
 namespace {
+
+// PathAddBackslashA refuses texts this long (MAX_PATH).
+constexpr std::size_t kShellMaxPath = 260;
+
+// Captions and menus show paths shorter than this as they are.
+constexpr std::size_t kDisplayWidth = 48;
 
 std::string AsciiUpper(std::string_view text) {
     std::string upper(text);
@@ -20,10 +28,184 @@ std::string_view TrimBlanks(std::string_view text) {
 
 bool IsSlash(char c) { return c == '\\' || c == '/'; }
 
+// PathIsRootA's verdict on a path ending in "\": a drive root "X:\", a lone
+// "\", or "\\" followed by at most one more "\" (server or server\share),
+// however long.
+bool IsRootEndingInBackslash(std::string_view path) {
+    if (path.empty()) return false;
+    if (path[0] == '\\') {
+        if (path.size() == 1) return true;
+        if (path[1] != '\\') return false;
+        return std::count(path.begin() + 2, path.end(), '\\') <= 1;
+    }
+    return path.size() == 3 && path[1] == ':' && path[2] == '\\';
+}
+
 }  // namespace
 
 std::string TrimNull(std::string_view text) {
     return std::string(text.substr(0, text.find('\0')));
+}
+
+std::string GetFileName(std::string_view path) {
+    const auto slash = path.rfind('\\');
+    return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
+}
+
+std::string GetExtension(std::string_view path) {
+    const std::string name = GetFileName(path);
+    const auto dot = name.rfind('.');
+    return dot == std::string::npos ? std::string() : name.substr(dot + 1);
+}
+
+std::string GetBaseName(std::string_view path) {
+    const std::string name = GetFileName(path);
+    const std::string extension = GetExtension(path);
+    if (name.empty() && extension.empty()) return {};
+    // The extension is always the tail of the name, so this drops it and the
+    // character before it: the dot, or for a name without a dot its last character.
+    return name.substr(0, name.size() - extension.size() - 1);
+}
+
+std::string AppendBackslash(std::string_view path) {
+    std::string text = TrimNull(path);
+    if (text.size() >= kShellMaxPath) return {};
+    if (!text.empty() && text.back() != '\\') text += '\\';
+    return text;
+}
+
+std::string StripBackslash(std::string_view path) {
+    std::string text = TrimNull(path);
+    if (!text.empty() && text.back() == '\\' && !IsRootEndingInBackslash(text)) text.pop_back();
+    return text;
+}
+
+std::string StripFileSpec(std::string_view path) {
+    std::string text = TrimNull(path);
+    // Walk as the platform does: one or two leading backslashes are kept, a
+    // drive colon keeps itself and the backslash after it, otherwise the text
+    // is cut at the last backslash (or emptied when there is none).
+    std::size_t i = 0;
+    std::size_t cut = 0;
+    if (i < text.size() && text[i] == '\\') cut = ++i;
+    if (i < text.size() && text[i] == '\\') cut = ++i;
+    while (i < text.size()) {
+        if (text[i] == '\\') {
+            cut = i;
+        } else if (text[i] == ':') {
+            cut = ++i;
+            if (i < text.size() && text[i] == '\\') ++cut;
+        }
+        if (i < text.size()) ++i;
+    }
+    if (cut < text.size()) text.erase(cut);
+    return text;
+}
+
+std::string ChangeExtension(std::string_view path, std::string_view extension) {
+    // The folder as GetFolderOf gives it: of the first kPathBuffer characters,
+    // empty when nothing could be removed.
+    const std::string whole = TrimNull(path).substr(0, kPathBuffer);
+    const std::string parent = StripFileSpec(whole);
+    const std::string folder = AppendBackslash(parent == whole ? std::string() : parent);
+    std::string changed = folder + GetBaseName(path);
+    if (!extension.empty()) {
+        changed += '.';
+        changed += extension;
+    }
+    return changed;
+}
+
+std::string MakeSafeFileName(std::string_view name) {
+    std::string safe(name);
+    for (const char invalid : InvalidFileNameChars) {
+        std::replace(safe.begin(), safe.end(), invalid, '_');
+    }
+    return safe;
+}
+
+std::string ShortenPathForDisplay(std::string_view path) {
+    std::string current(path);
+    if (current.size() < kDisplayWidth) return current;
+    const auto firstSlash = current.find('\\');
+    if (firstSlash == std::string::npos) return current;
+    const std::string head = current.substr(0, firstSlash + 1);
+    std::size_t kept = firstSlash;  // the "\" after which folders are dropped
+    // Each pass but the first makes the text shorter, so path.size() passes suffice.
+    for (std::size_t pass = 0; pass <= path.size() && current.size() >= kDisplayWidth; ++pass) {
+        const auto next = current.find('\\', kept + 1);
+        if (next == std::string::npos) break;
+        current = head + "..." + current.substr(next);
+        kept = current.find('\\', head.size());
+    }
+    return current;
+}
+
+void RemoveDuplicates(std::vector<std::string>& list, bool sortFirst, bool keepBlanks) {
+    if (sortFirst) {
+        std::sort(list.begin(), list.end());
+        for (std::size_t i = list.size(); i-- > 1;) {
+            if (list[i] == list[i - 1]) list[i].clear();
+        }
+    } else {
+        for (std::size_t i = 0; i + 1 < list.size(); ++i) {
+            for (std::size_t j = i + 1; j < list.size(); ++j) {
+                if (list[j] == list[i]) list[j].clear();
+            }
+        }
+    }
+    if (!keepBlanks) std::erase_if(list, [](const std::string& entry) { return entry.empty(); });
+}
+
+std::string UniqueTempName(std::string_view folder,
+                           const std::function<bool(const std::string&)>& fileExists) {
+    std::string candidate;
+    for (int number = 0; number <= 999; ++number) {
+        const std::string digits = std::to_string(number);
+        candidate = std::string(folder) + "\\MML" + std::string(3 - digits.size(), '0') + digits;
+        if (!fileExists(candidate)) break;
+    }
+    return candidate;
+}
+
+std::size_t CharBoundaryCut(std::string_view text, std::size_t limit,
+                            const std::function<bool(unsigned char)>& isLeadByte) {
+    if (text.size() <= limit) return text.size();
+    std::size_t end = 0;
+    while (end < limit) {
+        const std::size_t width =
+            isLeadByte(static_cast<unsigned char>(text[end])) && end + 1 < text.size() ? 2 : 1;
+        if (end + width > limit) break;
+        end += width;
+    }
+    return end;
+}
+
+std::string NulSeparatedFilter(std::string_view barSeparated) {
+    std::string filter(barSeparated);
+    std::replace(filter.begin(), filter.end(), '|', '\0');
+    if (filter.empty() || filter.back() != '\0') filter += '\0';
+    return filter;
+}
+
+std::string BuildFilterText(const std::vector<FilterEntry>& entries) {
+    std::string filter;
+    if (entries.empty()) {
+        filter = "MML File (*.mml)|*.mml|MUS File (*.mus)|*.mus|Text File (*.txt)|*.txt|"
+                 "All files (*.*)|*.*";
+    } else {
+        for (const FilterEntry& entry : entries) {
+            filter += entry.name + "|*";
+            for (const char c : entry.extensions) {
+                filter += c;
+                if (c == ';') filter += '*';
+            }
+            filter += '|';
+        }
+        filter.pop_back();
+    }
+    std::replace(filter.begin(), filter.end(), '|', '\0');
+    return filter;
 }
 
 std::string LongPathOf(std::string_view path, const FindEntryName& findEntryName) {
@@ -50,7 +232,8 @@ std::string LongPathOf(std::string_view path, const FindEntryName& findEntryName
     while (slash != std::string::npos) {
         const auto name = findEntryName(s.substr(0, slash));
         if (!name) return {};
-        built += "\\" + TrimNull(*name);
+        built += '\\';
+        built += TrimNull(*name);
         slash = s.find('\\', slash + 1);
     }
     return built;

@@ -2,20 +2,54 @@
 // uses a fixed buffer of kPathBuffer characters and cuts its answer at the first NUL.
 #include "files/path_win.h"
 
-#include <windows.h>
+#include <shlobj.h>
 #include <shlwapi.h>
 
+#include <exception>
+
 #include "files/path_text.h"
+#include "ui/dialogs/clsCommonDlg.h"
 
 namespace zorvi::mdlFile {
 namespace {
 
-// A NUL-filled buffer holding at most the first kPathBuffer - 1 characters
-// of the path, so the platform never reads or writes past it.
+// The first kPathBuffer characters of the path (never half of a double-byte
+// character) in a NUL-filled buffer with room for its terminator. The calls
+// made on it only ever shorten it, or fail before they would grow it past
+// MAX_PATH, so nothing is written outside it.
 std::string PathBuffer(const std::string& path) {
-    std::string buffer(kPathBuffer, '\0');
-    path.copy(buffer.data(), kPathBuffer - 1);
+    const std::size_t length = CharBoundaryCut(
+        path, kPathBuffer, [](unsigned char c) { return IsDBCSLeadByte(c) != FALSE; });
+    std::string buffer(kPathBuffer + 1, '\0');
+    path.copy(buffer.data(), length);
     return buffer;
+}
+
+// The folder part of a search pattern, with its "\" (empty for a bare pattern).
+std::string PatternFolder(const std::string& pattern) {
+    const auto slash = pattern.rfind('\\');
+    return slash == std::string::npos ? std::string() : pattern.substr(0, slash + 1);
+}
+
+bool IsNormalFile(const WIN32_FIND_DATAA& found) {
+    return (found.dwFileAttributes &
+            (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) == 0;
+}
+
+// Calls visit with the name of every normal file matching the pattern; the
+// search ends when visit returns false.
+template <typename Visit>
+void ForEachFile(const std::string& pattern, Visit visit) {
+    WIN32_FIND_DATAA found{};
+    const HANDLE search = FindFirstFileA(PathBuffer(pattern).c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return;
+    do {
+        if (IsNormalFile(found) &&
+            !visit(TrimNull(std::string_view(found.cFileName, sizeof found.cFileName)))) {
+            break;
+        }
+    } while (FindNextFileA(search, &found));
+    FindClose(search);
 }
 
 }  // namespace
@@ -29,19 +63,20 @@ std::string GetAppFolder() {
     return AddBackslash(folder);
 }
 
-std::string AddBackslash(const std::string& path) {
-    std::string buffer = PathBuffer(path);
-    // A path that fills the buffer has no room for the backslash: the call fails.
-    if (PathAddBackslashA(buffer.data()) == nullptr) return {};
-    return TrimNull(buffer);
+std::string GetWindowsFolder() {
+    std::string buffer(kPathBuffer, '\0');
+    const UINT length = GetWindowsDirectoryA(buffer.data(), kPathBuffer);
+    // A longer answer is the size the buffer would need: nothing was written.
+    if (length >= kPathBuffer) return {};
+    return TrimNull(buffer.substr(0, length));
 }
 
 bool PathExists(const std::string& path) {
-    return !path.empty() && PathFileExistsA(path.c_str()) != FALSE;
+    return !path.empty() && PathFileExistsA(PathBuffer(path).c_str()) != FALSE;
 }
 
 bool IsFolder(const std::string& path) {
-    return !path.empty() && PathIsDirectoryA(path.c_str()) != FALSE;
+    return !path.empty() && PathIsDirectoryA(PathBuffer(path).c_str()) != FALSE;
 }
 
 bool FileExists(const std::string& path) { return PathExists(path) && !IsFolder(path); }
@@ -52,10 +87,31 @@ std::string UnquotePath(const std::string& path) {
     return TrimNull(buffer);
 }
 
+std::string AddBackslash(const std::string& path) {
+    std::string buffer = PathBuffer(path);
+    // A path of MAX_PATH characters or more has no room for the backslash: the call fails.
+    if (PathAddBackslashA(buffer.data()) == nullptr) return {};
+    return TrimNull(buffer);
+}
+
+std::string RemoveBackslash(const std::string& path) {
+    std::string buffer = PathBuffer(path);
+    if (PathRemoveBackslashA(buffer.data()) == nullptr) return {};
+    return TrimNull(buffer);
+}
+
+std::string GetParentFolder(const std::string& path) {
+    std::string buffer = PathBuffer(path);
+    if (!PathRemoveFileSpecA(buffer.data())) return {};
+    return TrimNull(buffer);
+}
+
+std::string GetFolderOf(const std::string& path) { return AddBackslash(GetParentFolder(path)); }
+
 std::string GetLongPath(const std::string& path) {
     return LongPathOf(path, [](const std::string& prefix) -> std::optional<std::string> {
         WIN32_FIND_DATAA found{};
-        const HANDLE search = FindFirstFileA(prefix.c_str(), &found);
+        const HANDLE search = FindFirstFileA(PathBuffer(prefix).c_str(), &found);
         if (search == INVALID_HANDLE_VALUE) return std::nullopt;
         FindClose(search);
         return TrimNull(std::string_view(found.cFileName, sizeof found.cFileName));
@@ -65,9 +121,92 @@ std::string GetLongPath(const std::string& path) {
 std::string GetFullPath(const std::string& path) {
     if (path.empty()) return {};
     std::string buffer(kPathBuffer, '\0');
-    const DWORD length = GetFullPathNameA(path.c_str(), kPathBuffer, buffer.data(), nullptr);
+    const DWORD length =
+        GetFullPathNameA(PathBuffer(path).c_str(), kPathBuffer, buffer.data(), nullptr);
     if (length == 0 || length >= kPathBuffer) return path;
     return TrimNull(buffer);
+}
+
+std::string GetShortPath(const std::string& path) {
+    std::string buffer(kPathBuffer, '\0');
+    const DWORD length = GetShortPathNameA(PathBuffer(path).c_str(), buffer.data(), kPathBuffer);
+    // Missing, or too long for the buffer (then nothing was written).
+    if (length == 0 || length >= kPathBuffer) return path;
+    const std::string shortPath = TrimNull(buffer);
+    return shortPath.empty() ? path : shortPath;
+}
+
+int GetSpecialFolder(HWND ownerWindow, int folderId, std::string& path) {
+    LPITEMIDLIST items = nullptr;
+    if (SHGetSpecialFolderLocation(ownerWindow, folderId, &items) != S_OK || items == nullptr) {
+        return 2;
+    }
+    std::string buffer(kPathBuffer, '\0');
+    const BOOL found = SHGetPathFromIDListA(items, buffer.data());
+    CoTaskMemFree(items);
+    if (!found) return 1;
+    path = TrimNull(buffer);
+    return 0;
+}
+
+std::string GetSpecialFolderPath(int folderId) {
+    std::string path;
+    return GetSpecialFolder(nullptr, folderId, path) == 0 ? path : std::string();
+}
+
+bool DeleteFileEx(const std::string& path, bool changeExtension, const std::string& extension,
+                  bool useShortName) {
+    std::string pattern = useShortName ? GetShortPath(path) : path;
+    if (changeExtension) pattern = ChangeExtension(pattern, extension);
+    // Every match is tried even when one fails, so a locked file does not
+    // keep its neighbours.
+    const std::string folder = PatternFolder(pattern);
+    bool matched = false;
+    bool deletedAll = true;
+    ForEachFile(pattern, [&](const std::string& name) {
+        matched = true;
+        if (!DeleteFileA(PathBuffer(folder + name).c_str())) deletedAll = false;
+        return true;
+    });
+    return matched && deletedAll;
+}
+
+bool GetPathFile2Array(const std::string& pattern, std::vector<std::string>& list,
+                       bool baseNamesOnly) {
+    list.assign(1, std::string());
+    try {
+        ForEachFile(pattern, [&](const std::string& name) {
+            list.back() = baseNamesOnly ? GetBaseName(name) : name;
+            list.emplace_back();
+            return true;
+        });
+    } catch (const std::exception&) {
+        // Out of memory: what was found so far stands.
+    }
+    return list.size() > 1;
+}
+
+std::string GetUniqueTempName(const std::string& path) {
+    return UniqueTempName(GetParentFolder(path), FileExists);
+}
+
+bool BrowseForFile(HWND ownerWindow, const std::string& title, const std::string& filter,
+                   DWORD flags, const std::string& initialFolder, std::string& fileName) {
+    clsCommonDlg dialog;
+    dialog.SetOwner(ownerWindow);
+    dialog.DialogTitle = title;
+    dialog.SetFilter(filter);
+    dialog.FilterIndex = 1;
+    dialog.Flags = flags;
+    dialog.InitDir = initialFolder;
+    dialog.CancelError = true;
+    dialog.ShowOpen();
+    if (dialog.CancelButton) {
+        fileName.clear();
+        return false;
+    }
+    fileName = dialog.FileName;
+    return true;
 }
 
 }  // namespace zorvi::mdlFile

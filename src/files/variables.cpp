@@ -1,0 +1,188 @@
+// $variable$ substitution in command templates: every rule of the expansion,
+// with the few facts it needs about the machine handed in as callbacks.
+#include "files/variables.h"
+
+#include <initializer_list>
+#include <optional>
+#include <utility>
+
+#include "core/text.h"
+#include "files/path_text.h"
+
+namespace zorvi::mdlFile {
+namespace {
+
+// A fact fetched the first time it is wanted. Asking Windows for special
+// folders and short names is slow enough to matter for every script line,
+// and most lines use few tokens.
+template <typename T>
+class Lazy {
+public:
+    explicit Lazy(std::function<T()> fetch) : fetch_(std::move(fetch)) {}
+    Lazy(const Lazy&) = delete;
+    Lazy& operator=(const Lazy&) = delete;
+
+    const T& operator()() {
+        if (!value_) value_.emplace(fetch_ ? fetch_() : T{});
+        return *value_;
+    }
+
+private:
+    std::function<T()> fetch_;
+    std::optional<T> value_;
+};
+
+bool HasDollar(std::string_view text) { return text.find('$') != std::string_view::npos; }
+
+// Replaces every occurrence of token, ASCII letters matching without regard
+// to case, in one left-to-right pass: what this token inserts is not searched
+// for it again, but later tokens do search it. Only ASCII is folded so that
+// double-byte paths pass through untouched; a token starts with "$" or ".",
+// which never occur inside a double-byte character, so matches always fall
+// on character boundaries. The value is asked for only when the token occurs.
+template <typename Value>
+void ReplaceAll(std::string& text, std::string_view token, Value&& value) {
+    if (token.empty()) return;
+    const std::string lowerToken = AsciiLower(token);
+    const std::string lowerText = AsciiLower(text);
+    auto found = lowerText.find(lowerToken);
+    if (found == std::string::npos) return;
+    const std::string& replacement = value();
+    std::string result;
+    std::size_t copied = 0;
+    while (found != std::string::npos) {
+        result.append(text, copied, found - copied);
+        result += replacement;
+        copied = found + lowerToken.size();
+        found = lowerText.find(lowerToken, copied);
+    }
+    result.append(text, copied);
+    text = std::move(result);
+}
+
+// One row of a table: the long form first, then the short one, sharing one value.
+void ReplaceTokens(std::string& text, std::initializer_list<std::string_view> tokens,
+                   const std::function<std::string()>& value) {
+    std::optional<std::string> fetched;
+    for (const std::string_view token : tokens) {
+        ReplaceAll(text, token, [&]() -> const std::string& {
+            if (!fetched) fetched = value();
+            return *fetched;
+        });
+    }
+}
+
+// The system variables, with their facts shared by the three texts that one
+// ExpandVariables call expands (the console path, the target, the text).
+class SystemVariables {
+public:
+    explicit SystemVariables(const SystemFacts& facts)
+        : windowsFolder_(facts.windowsFolder),
+          desktopFolder_(facts.shortDesktopFolder),
+          documentsFolder_(facts.shortDocumentsFolder),
+          programFolder_(facts.programFolder),
+          shortProgramFolder_(facts.shortProgramFolder) {}
+
+    std::string Expand(std::string_view text) {
+        std::string result(text);
+        if (!HasDollar(result)) return result;
+        ReplaceTokens(result, {"$systemroot$", "$windir$"},
+                      [&] { return AppendBackslash(windowsFolder_()); });
+        ReplaceTokens(result, {"$desktop$"}, [&] { return AppendBackslash(desktopFolder_()); });
+        ReplaceTokens(result, {"$mydocument$"},
+                      [&] { return AppendBackslash(documentsFolder_()); });
+        // "home" is the program's own folder, not the user's profile.
+        ReplaceTokens(result, {"$homedrive$", "$hd$"},
+                      [&] { return programFolder_().substr(0, 2); });
+        ReplaceTokens(result, {"$homeroot$", "$hr$"},
+                      [&] { return programFolder_().substr(0, 3); });
+        ReplaceTokens(result, {"$homepath$", "$hp$"},
+                      [&] { return AppendBackslash(shortProgramFolder_()); });
+        ReplaceTokens(result, {"$homepath2$", "$hp2$"},
+                      [&] { return StripFileSpec(AppendBackslash(shortProgramFolder_())); });
+        return result;
+    }
+
+private:
+    Lazy<std::string> windowsFolder_;
+    Lazy<std::string> desktopFolder_;
+    Lazy<std::string> documentsFolder_;
+    Lazy<std::string> programFolder_;
+    Lazy<std::string> shortProgramFolder_;
+};
+
+struct PathParts {
+    std::string drive;   // never shortened
+    std::string folder;  // without its trailing "\", except for a root
+    std::string name;
+};
+
+PathParts SplitPath(const std::string& path, bool shortFolders, bool shortNames,
+                    const std::function<std::string(const std::string&)>& shortPath) {
+    std::string shortForm = path;
+    if ((shortFolders || shortNames) && shortPath) shortForm = shortPath(path);
+    return {path.substr(0, 2), StripFileSpec(shortFolders ? shortForm : path),
+            GetFileName(shortNames ? shortForm : path)};
+}
+
+std::string Ask(const std::function<std::string()>& fact) { return fact ? fact() : std::string(); }
+
+// Built by appending: GCC 12 warns falsely (-Wrestrict) about "." + a temporary.
+std::string DotExtension(std::string_view name) {
+    std::string dotExtension = ".";
+    dotExtension += GetExtension(name);
+    return dotExtension;
+}
+
+}  // namespace
+
+std::string ExpandSystemVariablesWith(std::string_view text, const SystemFacts& facts) {
+    return SystemVariables(facts).Expand(text);
+}
+
+std::string ExpandVariablesWith(std::string_view text, bool shortFolders, bool shortNames,
+                                const VariableFacts& facts) {
+    std::string result(text);
+    if (!HasDollar(result)) return result;
+
+    SystemVariables system(facts.system);
+    Lazy<PathParts> console([&] {
+        return SplitPath(system.Expand(Ask(facts.console)), shortFolders, shortNames,
+                         facts.shortPath);
+    });
+    Lazy<PathParts> target([&] {
+        return SplitPath(system.Expand(Ask(facts.targetFile)), shortFolders, shortNames,
+                         facts.shortPath);
+    });
+
+    result = system.Expand(result);
+    ReplaceTokens(result, {"$progroot$"}, [&] { return AppendBackslash(console().drive); });
+    // Unlike "$progroot$", always appended: an empty console gives a lone "\".
+    ReplaceTokens(result, {"$pr$"}, [&] { return console().drive + "\\"; });
+    ReplaceTokens(result, {"$progdrive$", "$pd$"}, [&] { return console().drive; });
+    ReplaceTokens(result, {"$progpath$", "$pp$"},
+                  [&] { return AppendBackslash(console().folder); });
+    ReplaceTokens(result, {"$progpath2$", "$pp2$"},
+                  [&] { return StripBackslash(console().folder); });
+    ReplaceTokens(result, {"$progname$", "$pn$"}, [&] { return console().name; });
+    ReplaceTokens(result, {"$fileroot$", "$fr$"}, [&] { return AppendBackslash(target().drive); });
+    ReplaceTokens(result, {"$filedrive$", "$fd$"}, [&] { return target().drive; });
+    ReplaceTokens(result, {"$filepath$", "$fp$"},
+                  [&] { return AppendBackslash(target().folder); });
+    ReplaceTokens(result, {"$filepath2$", "$fp2$"},
+                  [&] { return StripBackslash(target().folder); });
+    ReplaceTokens(result, {"$filename$", "$fn$"}, [&] { return target().name; });
+    // The extension comes from the name as used, so short names give the short
+    // extension; every repeat of it goes (song.mml.mml gives song), and a name
+    // without one loses all its dots.
+    ReplaceTokens(result, {"$filename2$", "$fn2$"}, [&] {
+        std::string name = target().name;
+        ReplaceAll(name, DotExtension(name), [] { return std::string(); });
+        return name;
+    });
+    ReplaceTokens(result, {"$extension2$", "$ext2$"}, [&] { return GetExtension(target().name); });
+    ReplaceTokens(result, {"$extension$", "$ext$"}, [&] { return DotExtension(target().name); });
+    return result;
+}
+
+}  // namespace zorvi::mdlFile

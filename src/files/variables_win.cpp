@@ -1,0 +1,48 @@
+// $variable$ expansion with the facts that Windows and the settings supply;
+// every rule of it lives in variables.cpp.
+#include "files/variables_win.h"
+
+#include <windows.h>
+#include <shlobj.h>
+
+#include "core/mdlMain.h"
+#include "files/path_win.h"
+#include "files/variables.h"
+#include "settings/ini_win.h"
+#include "settings/schema.h"
+
+namespace zorvi::mdlFile {
+namespace {
+
+SystemFacts SystemFactsOfThisMachine() {
+    return {
+        [] { return GetWindowsFolder(); },
+        [] { return GetShortPath(GetSpecialFolderPath(CSIDL_DESKTOP)); },
+        [] { return GetShortPath(GetSpecialFolderPath(CSIDL_PERSONAL)); },
+        [] { return GetAppFolder(); },
+        [] { return GetShortPath(GetAppFolder()); },
+    };
+}
+
+}  // namespace
+
+std::string ExpandSystemVariables(const std::string& text) {
+    return ExpandSystemVariablesWith(text, SystemFactsOfThisMachine());
+}
+
+std::string ExpandVariables(const std::string& text, bool shortFolders, bool shortNames,
+                            const std::string& configurationPath) {
+    const VariableFacts facts{
+        SystemFactsOfThisMachine(),
+        [](const std::string& path) { return GetShortPath(path); },
+        [&configurationPath] {
+            const std::string file =
+                configurationPath.empty() ? GetDefaultPreset() : configurationPath;
+            return ReadIni(settings::config_file::kConsole, file);
+        },
+        [] { return mdlMain::TargetFile(); },
+    };
+    return ExpandVariablesWith(text, shortFolders, shortNames, facts);
+}
+
+}  // namespace zorvi::mdlFile

@@ -1,0 +1,182 @@
+// Reading and writing the list layouts of the settings files through the
+// private-profile functions, and the start-up rebuild of the editor and
+// player lists.
+#include "settings/lists_win.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "files/path_win.h"
+#include "files/variables_win.h"
+#include "settings/ini_win.h"
+
+namespace zorvi::settings {
+namespace {
+
+std::string ReadField(const TextKey& field, int index, const std::string& file) {
+    return ReadIni(field.section, NumberedKey(field.name, index), field.fallback, file);
+}
+
+int ReadField(const IntKey& field, int index, const std::string& file) {
+    return ReadIniInt(field.section, NumberedKey(field.name, index), field.fallback, file);
+}
+
+bool ReadFlagField(const IntKey& field, int index, const std::string& file) {
+    const int value = ReadField(field, index, file);
+    return field.test == FlagTest::NonZero ? value != 0 : value == 1;
+}
+
+int ReadCount(const char* section, const char* countKey, const std::string& file) {
+    return EntriesToRead(ReadIniInt(section, countKey, 0, file));
+}
+
+// Editors and players are offered only while their file is there, whatever
+// $variable$ tokens stand in their path.
+bool ExistsAfterVariables(const std::string& entry) {
+    return mdlFile::FileExists(mdlFile::ExpandVariables(entry, false, false, ""));
+}
+
+// The names of the files cfg\*.ini, sorted so that the rebuilt list does not
+// depend on the order the file system lists them in.
+std::vector<std::string> ConfigurationFileNames(const std::string& appFolder) {
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA found{};
+    const HANDLE search = FindFirstFileA((appFolder + "cfg\\*.ini").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return names;
+    do {
+        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+            names.emplace_back(found.cFileName);
+        }
+    } while (names.size() < static_cast<std::size_t>(kMaxListEntries) &&
+             FindNextFileA(search, &found));
+    FindClose(search);
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        return AsciiLower(a) < AsciiLower(b);
+    });
+    return names;
+}
+
+std::vector<std::string> CleanAndStore(const CountedList& list,
+                                       const std::vector<std::string>& entries,
+                                       const std::string& mainFile) {
+    std::vector<std::string> cleaned = CleanList(entries, ExistsAfterVariables);
+    // Nothing is reported: a read-only settings file just keeps its old list.
+    WriteCountedList(list, cleaned, mainFile);
+    return cleaned;
+}
+
+}  // namespace
+
+bool WriteAll(const std::vector<IniWrite>& writes, const std::string& file) {
+    for (const auto& write : writes) {
+        if (!WriteIni(write.section, write.key, write.value, file)) return false;
+    }
+    return true;
+}
+
+std::vector<std::string> ReadCountedList(const CountedList& list, const std::string& file) {
+    const int count = ReadCount(list.section, list.countKey, file);
+    std::vector<std::string> entries;
+    entries.reserve(static_cast<std::size_t>(count));
+    for (int i = 1; i <= count; ++i) {
+        entries.push_back(ReadIni(list.section, NumberedKey(list.itemPrefix, i), "", file));
+    }
+    return entries;
+}
+
+bool WriteCountedList(const CountedList& list, const std::vector<std::string>& entries,
+                      const std::string& file) {
+    return WriteAll(CountedListWrites(list, entries), file);
+}
+
+std::string ReadTextBlock(const TextBlock& block, const std::string& file) {
+    const int count = ReadCount(block.section, block.countKey, file);
+    std::vector<std::string> lines;
+    lines.reserve(static_cast<std::size_t>(count));
+    for (int i = 1; i <= count; ++i) {
+        lines.push_back(ReadIni(block.section, NumberedKey(block.linePrefix, i), "", file));
+    }
+    return JoinTextBlockLines(lines);
+}
+
+bool WriteTextBlock(const TextBlock& block, std::string_view text, const std::string& file) {
+    return WriteAll(TextBlockWrites(block, text), file);
+}
+
+std::vector<ExternalProgramRecord> ReadExternalPrograms(const std::string& file) {
+    namespace ep = main_file::external_program;
+    const CountedList& list = main_file::kExternalPrograms;
+    const int count = ReadCount(list.section, list.countKey, file);
+    std::vector<ExternalProgramRecord> records;
+    records.reserve(static_cast<std::size_t>(count));
+    for (int i = 1; i <= count; ++i) {
+        records.push_back({
+            .item = ReadField(ep::kItem, i, file),
+            .command = ReadField(ep::kCommand, i, file),
+            .option = ReadField(ep::kOption, i, file),
+            .startUpFolder = ReadField(ep::kStartUpFolder, i, file),
+            .windowState = ReadField(ep::kWindowState, i, file),
+            .autoRun = ReadFlagField(ep::kAutoRun, i, file),
+            .autoShutDown = ReadFlagField(ep::kAutoShutDown, i, file),
+        });
+    }
+    return records;
+}
+
+bool WriteExternalPrograms(const std::vector<ExternalProgramRecord>& records,
+                           const std::string& file) {
+    return WriteAll(ExternalProgramWrites(records), file);
+}
+
+std::vector<FilterRecord> ReadFilters(const std::string& file) {
+    namespace fi = main_file::filter;
+    const CountedList& list = main_file::kFilters;
+    const int count = ReadCount(list.section, list.countKey, file);
+    std::vector<FilterRecord> records;
+    records.reserve(static_cast<std::size_t>(count));
+    for (int i = 1; i <= count; ++i) {
+        records.push_back({
+            .item = ReadField(fi::kItem, i, file),
+            .extension = ReadField(fi::kExtension, i, file),
+            .configuration = ReadField(fi::kDefault, i, file),
+        });
+    }
+    return records;
+}
+
+bool WriteFilters(const std::vector<FilterRecord>& records, const std::string& file) {
+    return WriteAll(FilterWrites(records), file);
+}
+
+std::vector<std::string> ReadHistorySlots(const std::string& file) {
+    std::vector<std::string> slots;
+    slots.reserve(main_file::kHistorySlots);
+    for (int slot = 0; slot < main_file::kHistorySlots; ++slot) {
+        slots.push_back(ReadIni(main_file::kHistorySection, HistorySlotKey(slot), "", file));
+    }
+    return slots;
+}
+
+bool WriteHistorySlot(int slot, const std::string& path, const std::string& file) {
+    if (slot < 0 || slot >= main_file::kHistorySlots) return false;
+    return WriteIni(main_file::kHistorySection, HistorySlotKey(slot), path, file);
+}
+
+std::vector<std::string> RebuildPlayerList(const std::string& mainFile,
+                                           const std::string& appFolder) {
+    std::vector<std::string> entries = ReadCountedList(main_file::kPlayerList, mainFile);
+    for (const auto& name : ConfigurationFileNames(appFolder)) {
+        entries.push_back(ReadIni(config_file::kPlayer, appFolder + "cfg\\" + name));
+    }
+    return CleanAndStore(main_file::kPlayerList, entries, mainFile);
+}
+
+std::vector<std::string> RebuildEditorList(const std::string& mainFile) {
+    std::vector<std::string> entries = ReadCountedList(main_file::kEditorList, mainFile);
+    entries.push_back(ReadIni(main_file::kEditor, mainFile));
+    return CleanAndStore(main_file::kEditorList, entries, mainFile);
+}
+
+}  // namespace zorvi::settings
