@@ -177,8 +177,4 @@ inline constexpr int kAlreadyStartedCommandMode = 505;
 // Appended to the missing preset's file name, with its leading blank.
 inline constexpr int kConfigNotFoundUseDefault  = 506;
 
-// Interim notices for roads whose windows are still being built.
-inline constexpr int kCompileNotAvailableYet   = 900;
-inline constexpr int kLogWindowNotAvailableYet = 901;
-
 }  // namespace zorvi::ids

@@ -1,0 +1,200 @@
+// Starting other programs through the shell, waiting for them while the
+// windows stay alive, and ending the recorded ones at shut-down.
+#include "run/clsExecute.h"
+
+#include <shellapi.h>
+
+#include <utility>
+
+#include "core/mdlMain.h"
+#include "files/path_text.h"
+#include "run/window_state.h"
+
+namespace zorvi {
+namespace {
+
+constexpr DWORD kPollMilliseconds = 100;
+// A window that posts itself a message for every one it handles would keep
+// the pump busy for ever; after this many the wait checks its process again.
+constexpr int kMessagesPerRound = 10000;
+
+// Closes the handle it holds when it goes out of scope.
+class UniqueHandle {
+public:
+    explicit UniqueHandle(HANDLE handle) : handle_(handle) {}
+    ~UniqueHandle() {
+        if (handle_) CloseHandle(handle_);
+    }
+    UniqueHandle(const UniqueHandle&) = delete;
+    UniqueHandle& operator=(const UniqueHandle&) = delete;
+    HANDLE get() const { return handle_; }
+
+private:
+    HANDLE handle_;
+};
+
+std::vector<LaunchedProgram>& Launched() {
+    static std::vector<LaunchedProgram> list(1);
+    return list;
+}
+
+// Hands the waiting messages to their windows. False when WM_QUIT came: it
+// is posted again so that the message loop further up ends as it should.
+bool PumpMessages() {
+    MSG message;
+    for (int handled = 0;
+         handled < kMessagesPerRound && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
+         ++handled) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return false;
+        }
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return true;
+}
+
+}  // namespace
+
+clsExecute::~clsExecute() { aborted_ = true; }
+
+bool clsExecute::RunProgram(const std::string& program, const std::string& parameters,
+                            const std::string& directory, HANDLE& processHandle,
+                            DWORD& exitCode, int showCommand, HWND ownerWindow, bool wait) {
+    // An empty name names nothing: neither the shell nor the plain start is asked.
+    if (program.empty()) {
+        processHandle = nullptr;
+        return false;
+    }
+    std::string quoted;
+    try {
+        quoted = QuoteParameters(parameters);
+    } catch (...) {
+        processHandle = nullptr;
+        return false;
+    }
+
+    SHELLEXECUTEINFOA info{};
+    info.cbSize = sizeof info;
+    // SEE_MASK_FLAG_NO_UI is our own addition: without it the shell may show a
+    // modal box of its own (a document without association does so under
+    // Wine), and the runner must never show one; the plain start below takes
+    // over instead.
+    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    info.hwnd = ownerWindow;
+    info.lpVerb = "open";
+    info.lpFile = program.c_str();
+    info.lpParameters = quoted.empty() ? nullptr : quoted.c_str();
+    info.lpDirectory = directory.empty() ? nullptr : directory.c_str();
+    info.nShow = showCommand;
+    if (ShellExecuteExA(&info) != TRUE) {
+        return StartWithoutShell(program, processHandle, exitCode, wait);
+    }
+
+    if (wait) {
+        UniqueHandle process(info.hProcess);
+        WaitForEnd(process.get(), exitCode);
+    }
+    processHandle = info.hProcess;
+    return true;
+}
+
+// The way in when the shell refuses (no association, no file of that name):
+// a plain process start with the program text as the whole command line. A
+// command typed with its arguments into the program field starts this way.
+// The launch's own parameters, show command and folder are not passed: the
+// text is started as it stands.
+bool clsExecute::StartWithoutShell(const std::string& program, HANDLE& processHandle,
+                                   DWORD& exitCode, bool wait) {
+    PROCESS_INFORMATION started{};
+    try {
+        std::string commandLine = program;
+        STARTUPINFOA startup{};
+        startup.cb = sizeof startup;
+        startup.dwFlags = STARTF_USESHOWWINDOW;
+        startup.wShowWindow = SW_SHOWNORMAL;
+        if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                            nullptr, &startup, &started)) {
+            started = {};
+        }
+    } catch (...) {
+        started = {};
+    }
+    UniqueHandle thread(started.hThread);
+    UniqueHandle process(started.hProcess);
+    if (started.dwProcessId == 0) {
+        processHandle = nullptr;
+        return false;
+    }
+    if (wait) {
+        // Our own handle stays open meanwhile, so the id cannot pass to
+        // another process before it is opened here.
+        UniqueHandle waited(OpenProcess(PROCESS_QUERY_INFORMATION, TRUE, started.dwProcessId));
+        WaitForEnd(waited.get(), exitCode);
+    }
+    return true;
+}
+
+// Polls every 100 ms: read the exit code, serve the windows, sleep, then
+// decide. A program that has already ended thus still costs one round.
+void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
+    for (;;) {
+        DWORD code = 0;
+        const bool known = process != nullptr && GetExitCodeProcess(process, &code);
+        if (known) exitCode = code;
+        if (!PumpMessages()) return;
+        Sleep(kPollMilliseconds);
+        // A handle whose exit code cannot be read will never report an end:
+        // stop rather than poll for ever.
+        if (aborted_ || !known || exitCode != STILL_ACTIVE) return;
+    }
+}
+
+bool LaunchAndRecord(bool record, const std::string& program, const std::string& parameters,
+                     const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
+                     DWORD& exitCode) {
+    clsExecute runner;
+    HANDLE processHandle = nullptr;
+    if (!runner.RunProgram(program, parameters, directory, processHandle, exitCode, showCommand,
+                           ownerWindow, wait)) {
+        return false;
+    }
+    // After a wait the runner has closed the handle itself.
+    const bool open = !wait && processHandle != nullptr;
+    if (record) {
+        try {
+            Launched().push_back({mdlFile::GetFileName(program), program, processHandle, !open});
+            return true;
+        } catch (...) {
+        }
+    }
+    // Nobody will end this program later, so nobody needs its handle.
+    if (open) CloseHandle(processHandle);
+    return true;
+}
+
+bool ExecuteProgram(const std::string& program, const std::string& parameters,
+                    const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
+                    DWORD& exitCode) {
+    return LaunchAndRecord(mdlMain::InteractiveMode(), program, parameters, directory,
+                           showCommand, ownerWindow, wait, exitCode);
+}
+
+const std::vector<LaunchedProgram>& LaunchedPrograms() { return Launched(); }
+
+void EndProcess(LaunchedProgram& program) {
+    if (!program.handleClosed && program.ProcessHandle != nullptr) {
+        // Failures are of no interest: the program may have ended long ago.
+        TerminateProcess(program.ProcessHandle, 0);
+        CloseHandle(program.ProcessHandle);
+    }
+    program.handleClosed = true;
+}
+
+void EndLaunchedPrograms() {
+    auto& list = Launched();
+    for (std::size_t i = 1; i < list.size(); ++i) EndProcess(list[i]);
+}
+
+}  // namespace zorvi

@@ -1,0 +1,19 @@
+// Playing the generated file and opening the target in the editor.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace zorvi {
+
+// Plays the output of the target (or the target itself) with the configured
+// player or the associated program. An empty configurationPath means the
+// active configuration.
+void CMD_DoPlay(const std::string& configurationPath, HWND owner);
+
+// Opens the target in the editor when Option/AutoOpen is 1: the associated
+// program or Setting/Editor, started in the program's folder.
+void StartEditor(HWND owner);
+
+}  // namespace zorvi

@@ -1,0 +1,57 @@
+// Window placement shared by the program's windows.
+#include "ui/main/mdlView.h"
+
+namespace zorvi {
+namespace {
+
+std::optional<int> ToPixels(std::optional<int> twips, int dotsPerInch) {
+    if (!twips) return std::nullopt;
+    return TwipsToPixels(*twips, dotsPerInch);
+}
+
+}  // namespace
+
+ScreenDpi GetScreenDpi() {
+    ScreenDpi dpi;
+    if (const HDC screen = GetDC(nullptr); screen != nullptr) {
+        dpi.x = GetDeviceCaps(screen, LOGPIXELSX);
+        dpi.y = GetDeviceCaps(screen, LOGPIXELSY);
+        ReleaseDC(nullptr, screen);
+    }
+    if (dpi.x <= 0) dpi.x = 96;
+    if (dpi.y <= 0) dpi.y = 96;
+    return dpi;
+}
+
+bool IsNormalWindowState(HWND window) {
+    return IsWindow(window) && !IsIconic(window) && !IsZoomed(window);
+}
+
+void MoveWindowOnScreen(HWND window, std::optional<int> left, std::optional<int> top,
+                        std::optional<int> width, std::optional<int> height) {
+    // A minimised or maximised window cannot be placed; its restored place is
+    // the one the user left.
+    if (!IsNormalWindowState(window)) return;
+    RECT rect{};
+    if (!GetWindowRect(window, &rect)) return;
+    const WindowBox current{rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
+    const ScreenDpi dpi = GetScreenDpi();
+    const RequestedBox requested{ToPixels(left, dpi.x), ToPixels(top, dpi.y),
+                                 ToPixels(width, dpi.x), ToPixels(height, dpi.y)};
+    const ScreenExtent screen{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    const auto box = CorrectPlacement(requested, current, screen);
+    if (!box) return;
+    SetWindowPos(window, nullptr, box->left, box->top, box->width, box->height,
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
+std::optional<WindowBox> GetWindowBoxTwips(HWND window) {
+    RECT rect{};
+    if (!IsWindow(window) || !GetWindowRect(window, &rect)) return std::nullopt;
+    const ScreenDpi dpi = GetScreenDpi();
+    return WindowBox{PixelsToTwips(rect.left, dpi.x), PixelsToTwips(rect.top, dpi.y),
+                     PixelsToTwips(rect.right - rect.left, dpi.x),
+                     PixelsToTwips(rect.bottom - rect.top, dpi.y)};
+}
+
+}  // namespace zorvi

@@ -1,0 +1,313 @@
+// The result window: shows the compiler's log, keeps its place, hides or
+// closes itself on the keys and the focus rules of the program.
+#include "ui/result/frmResult.h"
+
+#include <commctrl.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/instance_win.h"
+#include "core/mdlMain.h"
+#include "core/strings_win.h"
+#include "core/wide_win.h"
+#include "files/path_text.h"
+#include "files/path_win.h"
+#include "res/resource.h"
+#include "res/string_ids.h"
+#include "settings/ini_win.h"
+#include "ui/main/key_move.h"
+#include "ui/main/mdlHotKey.h"
+#include "ui/main/mdlView.h"
+#include "ui/result/result_text.h"
+
+namespace zorvi {
+namespace {
+
+// The AutoClose hide waits until the change of activation is over.
+constexpr UINT kHideAfterDeactivate = WM_APP + 1;
+constexpr UINT_PTR kTextBoxSubclass = 1;
+constexpr int kTextMargin = 4;  // pixels at 96 dots per inch
+constexpr DWORD kReadChunk = 64 * 1024;
+
+namespace keys = settings::main_file;
+
+struct HandleCloser {
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using UniqueFile = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
+
+ResultTexts CurrentTexts() {
+    return {Widen(mdlMain::AppTitle()), LoadText(ids::kCompileErrorDetected),
+            LoadText(ids::kZeroByteFileGenerated), LoadText(ids::kLogFileNotFound)};
+}
+
+std::wstring Caption(const std::string& log) {
+    std::wstring caption = Widen(mdlMain::AppTitle()) + L" - " + LoadText(ids::kMenuLogWindow);
+    if (!mdlMain::TargetFile().empty()) caption += L" - " + Widen(mdlFile::GetFileName(log));
+    return caption;
+}
+
+// The log as long as it was when opened, streamed through the builder so
+// that a huge log costs no more memory than what can be shown. Nullopt when
+// it cannot be opened or read (locked, vanished).
+std::optional<std::wstring> ReadLogText(const std::string& log, int mode) {
+    const HANDLE opened = CreateFileA(log.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) return std::nullopt;
+    const UniqueFile file(opened);
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(file.get(), &size) || size.QuadPart < 0) return std::nullopt;
+    const auto length = static_cast<std::uint64_t>(size.QuadPart);
+    ResultTextBuilder builder(mode, CurrentTexts(), length,
+                              [](std::string_view bytes) { return Widen(bytes); });
+    std::string chunk(kReadChunk, '\0');
+    std::uint64_t left = length;
+    while (left > 0 && builder.WantsMore()) {
+        const DWORD wanted = left < kReadChunk ? static_cast<DWORD>(left) : kReadChunk;
+        DWORD got = 0;
+        if (!ReadFile(file.get(), chunk.data(), wanted, &got, nullptr)) return std::nullopt;
+        if (got == 0) break;  // shorter now than when it was opened
+        builder.Feed(std::string_view(chunk.data(), got));
+        left -= got;
+    }
+    return builder.Finish();
+}
+
+bool IsCloseKey(int keyCode) {
+    return keyCode == VK_ESCAPE || (keyCode >= VK_F1 && keyCode <= VK_F12);
+}
+
+bool AutoCloseOn() { return ReadIniFlag(keys::kAutoClose, mdlMain::MainSettingsPath()); }
+
+}  // namespace
+
+frmResult::~frmResult() {
+    // Destroyed here, while the window's handlers still have their object.
+    if (Handle() != nullptr) DestroyWindow(Handle());
+}
+
+bool frmResult::Create() {
+    if (Handle() != nullptr) return true;
+    const HINSTANCE instance = GetModuleHandleW(nullptr);
+    const HICON icon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_APP));
+    const ScreenDpi dpi = GetScreenDpi();
+    // Owned by the application window, so that a second start finds it as
+    // the last active popup; WS_EX_APPWINDOW keeps its own taskbar button.
+    if (!CreateNative(WS_EX_APPWINDOW, Caption({}).c_str(), WS_OVERLAPPEDWINDOW, 0, 0,
+                      TwipsToPixels(keys::kResultWidth.fallback, dpi.x),
+                      TwipsToPixels(keys::kResultHeight.fallback, dpi.y), ApplicationWindow(),
+                      icon)) {
+        return false;
+    }
+    const auto smallIcon = static_cast<HICON>(
+        LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP), IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
+                   GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    if (smallIcon != nullptr) {
+        SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon));
+    }
+
+    txtText_ = CreateWindowExW(
+        WS_EX_CLIENTEDGE, L"EDIT", L"",
+        WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY |
+            ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_NOHIDESEL,
+        0, 0, 0, 0, Handle(), nullptr, instance, nullptr);
+    if (txtText_ == nullptr) {
+        DestroyWindow(Handle());
+        return false;
+    }
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    if (SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
+        font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
+    }
+    SendMessageW(txtText_, WM_SETFONT,
+                 reinterpret_cast<WPARAM>(font_ ? font_.get() : GetStockObject(DEFAULT_GUI_FONT)),
+                 FALSE);
+    SendMessageW(txtText_, EM_SETLIMITTEXT, kResultTextLimit, 0);
+    const int margin = MulDiv(kTextMargin, dpi.x, 96);
+    SendMessageW(txtText_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN,
+                 MAKELPARAM(margin, margin));
+    SetWindowSubclass(txtText_, &frmResult::TextBoxProc, kTextBoxSubclass,
+                      reinterpret_cast<DWORD_PTR>(this));
+
+    RECT client{};
+    GetClientRect(Handle(), &client);
+    MoveWindow(txtText_, 0, 0, client.right, client.bottom, FALSE);
+
+    const std::string& settingsFile = mdlMain::MainSettingsPath();
+    MoveWindowOnScreen(Handle(), ReadIniInt(keys::kResultLeft, settingsFile),
+                       ReadIniInt(keys::kResultTop, settingsFile),
+                       ReadIniInt(keys::kResultWidth, settingsFile),
+                       ReadIniInt(keys::kResultHeight, settingsFile));
+    return true;
+}
+
+void frmResult::ShowResult(int mode) {
+    if (Handle() == nullptr && !Create()) return;
+    try {
+        const std::string log = mdlFile::ChangeExtension(mdlMain::TargetFile(), "log");
+        std::wstring text;
+        if (!mdlFile::FileExists(log)) {
+            text = MissingLogText(mode, CurrentTexts());
+        } else {
+            auto read = ReadLogText(log, mode);
+            // Unreadable: keep the previous text and stay where we are.
+            if (!read) return;
+            text = std::move(*read);
+        }
+        SetWindowTextW(txtText_, text.c_str());
+        SetWindowTextW(Handle(), Caption(log).c_str());
+    } catch (...) {
+        return;  // out of memory: as unreadable
+    }
+    SetForegroundWindow(Handle());
+    ShowWindow(Handle(), SW_RESTORE);
+}
+
+void frmResult::HideResult() {
+    if (Handle() == nullptr) return;
+    if (!mdlMain::InteractiveMode()) {
+        Unload();
+        return;
+    }
+    ShowWindow(Handle(), SW_HIDE);
+}
+
+void frmResult::Unload() {
+    if (Handle() == nullptr) return;
+    // A minimised or maximised window would store a place the user never chose.
+    if (IsNormalWindowState(Handle())) SavePlacement();
+    if (!mdlMain::InteractiveMode() || mdlMain::ShuttingDown()) {
+        DestroyWindow(Handle());
+        return;
+    }
+    // Kept for the next ShowResult, with its place and its text.
+    ShowWindow(Handle(), SW_HIDE);
+}
+
+void frmResult::SavePlacement() {
+    const auto box = GetWindowBoxTwips(Handle());
+    if (!box) return;
+    const std::string& file = mdlMain::MainSettingsPath();
+    WriteIni(keys::kResultTop.section, keys::kResultTop.name, box->top, file);
+    WriteIni(keys::kResultLeft.section, keys::kResultLeft.name, box->left, file);
+    WriteIni(keys::kResultWidth.section, keys::kResultWidth.name, box->width, file);
+    WriteIni(keys::kResultHeight.section, keys::kResultHeight.name, box->height, file);
+}
+
+bool frmResult::Form_KeyDown(int keyCode, int shiftState) {
+    if (MoveWindowByKey(Handle(), keyCode, shiftState)) return true;
+    if (!IsCloseKey(keyCode)) return false;
+    if (shiftState == 0) {
+        // Interactive: hide; a command-line run: unload, which ends it.
+        HideResult();
+        return true;
+    }
+    // Alt alone is not ours: the system's own Alt keys (Alt+F4) keep working.
+    if (shiftState == kAltBit) return false;
+    if (keyCode == VK_ESCAPE && AutoCloseOn()) HideResult();
+    // F1-F12 with Shift or Ctrl have no use here, and the box has none either.
+    return true;
+}
+
+LRESULT CALLBACK frmResult::TextBoxProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR id, DWORD_PTR data) noexcept {
+    auto* self = reinterpret_cast<frmResult*>(data);
+    switch (message) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+        try {
+            // The window may be gone after this; touch nothing of it then.
+            if (self->Form_KeyDown(static_cast<int>(wParam), CurrentShiftState())) return 0;
+        } catch (...) {
+            return 0;
+        }
+        break;
+    case WM_CHAR:
+        // Esc has been dealt with as a key; the box must not act on it again.
+        if (wParam == VK_ESCAPE) return 0;
+        break;
+    case WM_NCDESTROY:
+        RemoveWindowSubclass(hwnd, &frmResult::TextBoxProc, id);
+        break;
+    default:
+        break;
+    }
+    return DefSubclassProc(hwnd, message, wParam, lParam);
+}
+
+LRESULT frmResult::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_SIZE:
+        if (txtText_ != nullptr) MoveWindow(txtText_, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
+        return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE) {
+            if (AutoCloseOn()) PostMessageW(Handle(), kHideAfterDeactivate, 0, 0);
+            return 0;
+        }
+        if (txtText_ != nullptr) SetFocus(txtText_);
+        return 0;
+    case WM_SETFOCUS:
+        if (txtText_ != nullptr) SetFocus(txtText_);
+        return 0;
+    case kHideAfterDeactivate:
+        // Activated again meanwhile: the user came back, so it stays.
+        if (GetActiveWindow() != Handle()) HideResult();
+        return 0;
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+        if (Form_KeyDown(static_cast<int>(wParam), CurrentShiftState())) return 0;
+        break;
+    case WM_CTLCOLORSTATIC:
+        // A read-only box is grey by default; a log reads better on the window colour.
+        if (reinterpret_cast<HWND>(lParam) == txtText_) {
+            const auto dc = reinterpret_cast<HDC>(wParam);
+            SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+            SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+        }
+        break;
+    case WM_CLOSE:
+        Unload();
+        return 0;
+    case WM_DESTROY:
+        txtText_ = nullptr;
+        return 0;
+    default:
+        break;
+    }
+    return BaseWindow::HandleMessage(message, wParam, lParam);
+}
+
+namespace {
+frmResult& ResultWindowObject() {
+    static frmResult window;
+    return window;
+}
+}  // namespace
+
+frmResult& ResultWindow() {
+    frmResult& window = ResultWindowObject();
+    if (window.Handle() == nullptr) window.Create();
+    return window;
+}
+
+void ReleaseResultWindow() { ResultWindowObject().Unload(); }
+
+int RunResultWindowUntilClosed() {
+    frmResult& window = ResultWindow();
+    MSG message{};
+    while (window.Handle() != nullptr && IsWindowVisible(window.Handle())) {
+        const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+        if (got == 0) return static_cast<int>(message.wParam);
+        if (got < 0) break;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return 0;
+}
+
+}  // namespace zorvi

@@ -1,0 +1,61 @@
+// The result window: the compiler's log for the target file, with the verdict
+// of the last compile, in a read-only text box that fills the window.
+#pragma once
+
+#include <memory>
+#include <type_traits>
+
+#include "ui/window_base.h"
+
+namespace zorvi {
+
+class frmResult : public BaseWindow<frmResult> {
+public:
+    static const wchar_t* ClassName() { return L"ZorviResult"; }
+
+    frmResult() = default;
+    ~frmResult() override;
+
+    // Creates the window hidden and places it from ResultWindow/Left, Top,
+    // Width and Height.
+    bool Create();
+    // Fills the text box from the log of the current target file (mode 0
+    // plain, 1 compile error, 2 zero-byte output) and brings the window to
+    // the front. A log that cannot be read leaves text and window as they were.
+    void ShowResult(int mode);
+    // The hide of AutoClose. In a command-line run there is no way back to a
+    // hidden window, so there it closes the window and with it the run.
+    void HideResult();
+    // Closing by the close box or by the program: saves the place when the
+    // window is in its normal state; ends a command-line run; otherwise only
+    // hides, unless the program is shutting down.
+    void Unload();
+
+    HWND TextBox() const { return txtText_; }
+
+private:
+    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    // Every key reaches the window before the text box; true when it was used.
+    bool Form_KeyDown(int keyCode, int shiftState);
+    void SavePlacement();
+    static LRESULT CALLBACK TextBoxProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR id, DWORD_PTR data) noexcept;
+
+    struct FontDeleter {
+        void operator()(HFONT font) const { DeleteObject(font); }
+    };
+    std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter> font_;
+    HWND txtText_ = nullptr;
+};
+
+// The process-wide result window, created on first use.
+frmResult& ResultWindow();
+// The main window's shut-down: unloads the result window if there is one
+// (with the shutting-down flag set, that saves its place and destroys it).
+void ReleaseResultWindow();
+
+// Serves messages while the result window is shown, for the command-line runs
+// that have no main window; returns once it is closed or hidden.
+int RunResultWindowUntilClosed();
+
+}  // namespace zorvi
