@@ -14,8 +14,12 @@
 #include "core/wide_win.h"
 #include "files/path_win.h"
 #include "res/string_ids.h"
+#include "run/compile.h"
+#include "run/play.h"
 #include "settings/ini_win.h"
+#include "settings/lists_win.h"
 #include "ui/main/frmZorvi.h"
+#include "ui/result/frmResult.h"
 
 namespace zorvi::mdlMain {
 namespace {
@@ -41,6 +45,12 @@ std::unique_ptr<frmZorvi>& MainWindow() {
     return window;
 }
 
+// The result window of a one-shot run; the program ends when it is closed.
+void ShowResultUntilClosed(int mode) {
+    ResultWindow().ShowResult(mode);
+    RunResultWindowUntilClosed();
+}
+
 void RunCompileNow(const CommandLine& args) {
     if (PrevInstanceRunning(false)) {
         ShowCheckMessage(nullptr, LoadText(ids::kAlreadyStartedCommandMode),
@@ -55,24 +65,27 @@ void RunCompileNow(const CommandLine& args) {
     }
     SetTargetFile(args.file);
     State().interactiveMode = false;
-    // Compiling from the command line arrives with the compile pipeline; say
-    // so rather than pretend a compile happened.
-    ShowCheckMessage(nullptr, LoadText(ids::kCompileNotAvailableYet) + L"\r\n" + Widen(args.file),
-                     MB_ICONINFORMATION);
+    const int result = DoCompile2(args.file, args.presetPath, args.play);
+    if (result == 1 || result == 2) {
+        ShowResultUntilClosed(result);
+    } else if (args.showLog) {
+        ShowResultUntilClosed(0);
+    }
 }
 
 void RunShowLog(const CommandLine& args) {
     if (PrevInstanceRunning(true)) return;
     SetTargetFile(args.file);
     State().interactiveMode = false;
-    ShowCheckMessage(nullptr, LoadText(ids::kLogWindowNotAvailableYet) + L"\r\n" + Widen(args.file),
-                     MB_ICONINFORMATION);
+    ShowResultUntilClosed(0);
 }
 
 void RunWindowMode(const CommandLine& args) {
     State().interactiveMode = true;
     if (PrevInstanceRunning(true)) return;
     State().useAltPopUp = ReadIniFlag(settings::main_file::kUseAltPopUp, MainSettingsPath());
+    settings::RebuildPlayerList(MainSettingsPath(), mdlFile::GetAppFolder());
+    settings::RebuildEditorList(MainSettingsPath());
     auto& window = MainWindow();
     window = std::make_unique<frmZorvi>();
     if (!window->Create(ApplicationWindow())) {
@@ -80,6 +93,8 @@ void RunWindowMode(const CommandLine& args) {
         return;
     }
     window->Start(args.file);
+    // "-play" in window mode plays with the active configuration.
+    if (args.play) CMD_DoPlay({}, window->Handle());
 }
 
 }  // namespace
@@ -90,6 +105,7 @@ const std::string& MainSettingsPath() { return State().mainSettingsPath; }
 void SetMainSettingsPath(std::string path) { State().mainSettingsPath = std::move(path); }
 int LanguageOffset() { return State().languageOffset; }
 void SetLanguageOffset(int offset) { State().languageOffset = offset; }
+void SetInteractiveMode(bool interactive) { State().interactiveMode = interactive; }
 bool InteractiveMode() { return State().interactiveMode; }
 bool UseAltPopUp() { return State().useAltPopUp; }
 const std::string& TargetFile() { return State().targetFile; }

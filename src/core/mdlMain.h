@@ -22,6 +22,7 @@ void SetShuttingDown();
 // Tests drive the state that start-up would otherwise set.
 void SetMainSettingsPath(std::string path);
 void SetLanguageOffset(int offset);
+void SetInteractiveMode(bool interactive);
 
 // Windows that keep the program alive; the last one to close ends the message loop.
 void WindowOpened();

@@ -1,26 +1,221 @@
-// The main window, the launcher strip.
+// The main window, the launcher strip: toolbar, launcher list, status bar,
+// the target file with its watch timer, the history and the keyboard.
 #pragma once
 
-#include <string>
+#include <windows.h>
 
+#include <commctrl.h>
+#include <shellapi.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "run/compile.h"
+#include "ui/main/history.h"
 #include "ui/window_base.h"
 
 namespace zorvi {
 
-class frmZorvi : public BaseWindow<frmZorvi> {
+// tmrTimer1: the watch timer. Enabled is the watch state the user sees; while
+// a compile that a tick started runs, the timer is held off without changing it.
+class WatchTimer {
+public:
+    void Attach(HWND window, UINT_PTR id) { window_ = window, id_ = id; }
+    bool Enabled() const { return enabled_; }
+    void SetEnabled(bool enabled);
+    void SetHeld(bool held);
+    void SetInterval(unsigned milliseconds);
+    unsigned Interval() const { return interval_; }
+    bool Running() const { return running_; }  // a platform timer is set
+
+private:
+    void Apply();
+
+    HWND window_ = nullptr;
+    UINT_PTR id_ = 0;
+    bool enabled_ = false;
+    bool held_ = false;
+    bool running_ = false;
+    unsigned interval_ = 250;
+};
+
+class frmZorvi : public BaseWindow<frmZorvi>, public CompileHost {
 public:
     static const wchar_t* ClassName() { return L"ZorviMain"; }
 
-    // Creates the window hidden, owned by the application window.
+    // Toolbar buttons by position, and the command id each sends.
+    enum Button { kSetFile = 1, kConfig, kOnOff, kCompile, kPlay, kLog, kLauncher };
+    static constexpr int kButtonCount = 7;
+    static constexpr int CommandOf(int button) { return 1000 + button; }
+    // Entries of button 1's drop-down menu: the slots, then "History clear".
+    static constexpr int kHistoryCommand = 2000;
+    static constexpr int kHistoryClearCommand = kHistoryCommand + 33;
+
+    frmZorvi();
+    ~frmZorvi() override;
+
+    // Creates the window hidden, owned by the application window, and runs
+    // the window's initialisation.
     bool Create(HWND owner);
-    // Sets the target file given on the command line (may be empty) and shows the window.
+    // Sets the target given on the command line (may be empty), or the last
+    // used one with AutoSetFile, and shows the window.
     void Start(const std::string& file);
 
-private:
-    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void ShowTarget();
+    // Public operations that other windows call.
+    int ViewChange_IconSize(int size);  // returns the size used (1..64, else 16)
+    void ViewUpdate() override;
+    void ViewChange_Player();
+    void ViewChange_DefinedScript();
+    void ChangeTimerIntarval(int interval);
+    void ChangeLangZorvi();
 
-    HWND targetLabel_ = nullptr;
+    // The view of one command: its toolbar button and popup-menu entries.
+    void ViewChange_FileOpen(bool enabled);
+    void ViewChange_OnOffButton(bool enabled);
+    void ViewChange_Compile(bool enabled);
+    void ViewChange_Play(bool enabled);
+    void ViewChange_LogView(bool enabled) override;
+    // Panel 1 (configuration), 2 (player, greyed unless path exists or the
+    // text is "-" or "*"), 3 (required tools: text + "/" + state).
+    void ViewChange_StatusBar(int panel, const std::string& text, const std::string& path);
+    void ViewChange_StatusBar(const std::string& text) override;  // panel 1
+
+    // The layout: 0 list in the toolbar, 1 list under it, 2 list alone.
+    int Mode() const { return mode_; }
+    void SetMode(int mode) { mode_ = mode; }
+    void ChangeLauncherPos();
+    void NextLayout();  // double-click, Ctrl+F2 ... Ctrl+F12
+
+    // Target file and watch mode.
+    void SetFile(const std::string& path);
+    bool blnSetFileInfo(const std::string& path);
+    int blnAutoChangeConfigBystrGetExtension(const std::string& path);
+    void SetWatchFile(const std::string& path);
+    void WatchFileOptionChk();
+    void ViewChange_OnOff(bool on);
+    void WatchToggle();
+    void CMD_ShowFileDialog();
+    std::string strGetFilter();
+
+    // History.
+    void HistoryLoad();
+    void HistoryUpdate();
+    void HistoryClear();
+    void HistorySelect(int slot);  // a history entry chosen from a menu
+    const HistorySlots& History() const { return history_; }
+    HMENU HistoryMenu() const { return historyMenu_.get(); }
+
+    // Keys: the window sees them before its controls. True when the key was used.
+    bool Form_KeyDown(int keyCode, int shift);
+
+    // CompileHost.
+    HWND Owner() const override { return Handle(); }
+    bool& Compiling() override { return compiling_; }
+
+    // What tests read back and put in.
+    HWND Toolbar() const { return toolbar_; }
+    HWND StatusBar() const { return statusBar_; }
+    HWND Combo1(int member) const { return combo_[member & 1]; }
+    bool Watching() const { return tmrTimer1.Enabled(); }
+    bool WatchTimerRunning() const { return tmrTimer1.Running(); }
+    unsigned WatchInterval() const { return tmrTimer1.Interval(); }
+    const std::wstring& ToolTipText(int button) const {
+        return toolTips_[(button - 1) % kButtonCount];
+    }
+    const std::wstring& StatusPanelText(int panel) const { return panelText_[(panel - 1) % 3]; }
+    bool PlayerPanelEnabled() const { return playerPanelEnabled_; }
+    const std::wstring& WatchMenuCaption() const { return watchMenuCaption_; }
+    bool MenuEntryEnabled(int index) const { return menuEnabled_[index % menuEnabled_.size()]; }
+    int IconSize() const { return iconSize_; }
+    using CompileCommand = std::function<void(CompileHost&)>;
+    void SetCompileCommand(CompileCommand command) { compileCommand_ = std::move(command); }
+
+private:
+    struct ImageListDeleter {
+        void operator()(HIMAGELIST list) const noexcept { ImageList_Destroy(list); }
+    };
+    struct MenuDeleter {
+        void operator()(HMENU menu) const noexcept { DestroyMenu(menu); }
+    };
+    struct FontDeleter {
+        void operator()(HFONT font) const noexcept { DeleteObject(font); }
+    };
+    struct IconDeleter {
+        void operator()(HICON icon) const noexcept { DestroyIcon(icon); }
+    };
+    using UniqueImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDeleter>;
+    using UniqueMenu = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDeleter>;
+    using UniqueFont = std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter>;
+    using UniqueIcon = std::unique_ptr<std::remove_pointer_t<HICON>, IconDeleter>;
+
+    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    static LRESULT CALLBACK ChildProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                      UINT_PTR id, DWORD_PTR self) noexcept;
+
+    void CreateControls();
+    void ApplyFonts();
+    void PlaceFromSettings();
+    void Layout();
+    void FitHeightToLayout();
+    int MinClientHeight() const;
+    void SetButtonEnabled(int button, bool enabled);
+    void SetMenuEnabled(int index, bool enabled);
+    void SetButtonImage(int button, int image);
+    void RebuildHistoryMenu();
+    void ShowHistoryDropDown();
+    void ApplyAlwaysOnTop();
+    void RunCompile();
+    void OnTimerTick();
+    void ReleaseTarget();
+    void OnCommand(int id);
+    void OnDropFiles(HDROP drop);
+    bool PreviewKey(UINT message, WPARAM key);
+    void OnChildDoubleClick(HWND child, LPARAM lParam);
+    bool CanUnload() const { return !compiling_; }
+    void Unload();
+    void SaveGeometry();
+    void DrawPlayerPanel(const DRAWITEMSTRUCT& item);
+    void SetPlayerPanel(const std::string& text, bool enabled);
+    void ShowHelp();
+    UINT Dpi() const;
+
+    HWND toolbar_ = nullptr;
+    HWND statusBar_ = nullptr;
+    std::array<HWND, 2> combo_{};
+    UniqueImageList images_, disabledImages_;
+    UniqueMenu historyMenu_;
+    UniqueFont font_;
+    UniqueIcon bigIcon_, smallIcon_;
+
+    WatchTimer tmrTimer1;
+    std::uint64_t storedTimestamp_ = 0;
+    bool compiling_ = false;
+    int mode_ = 0;
+    int iconSize_ = 16;
+    HistorySlots history_;
+    CompileCommand compileCommand_;
+
+    std::array<std::wstring, kButtonCount> toolTips_;
+    std::array<std::wstring, 3> panelText_;
+    bool playerPanelEnabled_ = true;
+    std::wstring watchMenuCaption_;
+    std::array<bool, 17> menuEnabled_{};
+
+    // Geometry: the twips asked for at start-up with their pixels, so that an
+    // unmoved window writes back exactly what it read; and the height the
+    // user chose, which a layout may enlarge but never replace.
+    struct Placed {
+        int left = 0, top = 0, width = 0, height = 0;
+    };
+    Placed placedTwips_, placedPixels_;
+    int userHeight_ = 0;
+    int knownHeight_ = 0;  // the last height seen in the normal state
+    bool fitting_ = false;
+    int dpi_ = 96;
 };
 
 }  // namespace zorvi

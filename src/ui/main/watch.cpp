@@ -1,0 +1,50 @@
+// Target-file and watch-mode rules of the main window.
+#include "ui/main/watch.h"
+
+#include <climits>
+
+#include "files/path_text.h"
+
+namespace zorvi {
+
+bool NeedsTargetConfirmation(int filterCode, std::string_view extension) {
+    if (filterCode == 1) return true;
+    if (filterCode != 0) return false;
+    std::string upper(extension);
+    for (char& c : upper) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return upper != "MML" && upper != "MUS" && upper != "TXT";
+}
+
+TickAction WatchTick(bool compiling, std::optional<std::uint64_t> lastWrite, std::uint64_t stored) {
+    // A change seen while any compile runs waits for the first tick after it.
+    if (compiling) return TickAction::Nothing;
+    if (!lastWrite) return TickAction::Release;
+    return *lastWrite != stored ? TickAction::Compile : TickAction::Nothing;
+}
+
+AfterTickCompile AfterTickCompileRule(bool watchStillOn, std::string_view targetBefore,
+                                      std::string_view targetNow) {
+    if (targetBefore == targetNow) {
+        // The time read before the compile, so a save made meanwhile compiles on the next tick.
+        return {.storeTime = true, .resumeTimer = watchStillOn, .switchOff = false};
+    }
+    // Another file was set meanwhile and its own time is already stored; the
+    // old file's watch does not carry over to it.
+    return {.storeTime = false, .resumeTimer = false, .switchOff = watchStillOn};
+}
+
+unsigned EffectiveTimerInterval(int milliseconds) {
+    constexpr int kShortest = 10;
+    return static_cast<unsigned>(milliseconds < kShortest ? kShortest : milliseconds);
+}
+
+std::string MainCaption(std::string_view targetFile, std::string_view title,
+                        std::string_view version) {
+    std::string caption = std::string(title) + " v" + std::string(version);
+    if (targetFile.empty()) return caption;
+    return mdlFile::GetFileName(targetFile) + " - " + caption;
+}
+
+}  // namespace zorvi

@@ -1,0 +1,44 @@
+// The decisions of the target file and of watch mode that need no Windows:
+// when to ask before taking a file, what a timer tick does, what follows a
+// compile that a tick started, and the main window's caption.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zorvi {
+
+// Whether SetFile asks before taking a file, given the extension filter's
+// code (0 no entries, 1 none matches, 2 missing configuration, 3 found,
+// 4 no switch): with no entries only files other than MML, MUS and TXT
+// (in any case) are asked about; when entries exist and none matches, every file is.
+bool NeedsTargetConfirmation(int filterCode, std::string_view extension);
+
+enum class TickAction {
+    Nothing,  // no change, or a compile is running
+    Release,  // the target has gone: let go of it
+    Compile,  // the last-write time differs (later or earlier)
+};
+// lastWrite is the target's last-write time now (nullopt: the target is gone);
+// stored is the time last seen.
+TickAction WatchTick(bool compiling, std::optional<std::uint64_t> lastWrite, std::uint64_t stored);
+
+// After a compile that a tick started, which the timer was off for.
+struct AfterTickCompile {
+    bool storeTime;    // remember the time read before the compile
+    bool resumeTimer;  // watching goes on
+    bool switchOff;    // the watch was on but the target changed: show it off
+};
+AfterTickCompile AfterTickCompileRule(bool watchStillOn, std::string_view targetBefore,
+                                      std::string_view targetNow);
+
+// The timer period actually set: at least 10 ms, whatever the setting says.
+unsigned EffectiveTimerInterval(int milliseconds);
+
+// "<file name> - <title> v<version>", or "<title> v<version>" without a target.
+std::string MainCaption(std::string_view targetFile, std::string_view title,
+                        std::string_view version);
+
+}  // namespace zorvi
