@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Starts the private Wine world that the Windows tests run in: a prefix inside
 # the build tree (made once), a private Xvfb display and a persistent,
-# pre-warmed wineserver. stop.sh ends both. Usage: start.sh HARNESS_DIR
+# pre-warmed wineserver. stop.sh ends both.
+# Usage: start.sh HARNESS_DIR [DESKTOP_KEEPER_EXE]
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 # shellcheck source=wine-env.sh
@@ -53,4 +54,10 @@ fi
 # "wine prog.exe" quick and keep Wine's helpers off CTest's output pipes.
 setsid wineserver -p </dev/null >"$HARNESS_DIR/wineserver.log" 2>&1 &
 wine cmd /c exit </dev/null >"$HARNESS_DIR/prewarm.log" 2>&1
+# Keep the desktop up for the whole run, so that no test starts it as its own
+# child (see tests/tools/zdesktop.cpp).
+keeper=${2:-}
+if [ -n "$keeper" ] && [ -f "$keeper" ]; then
+    setsid wine "$keeper" </dev/null >"$HARNESS_DIR/desktop.log" 2>&1 &
+fi
 echo "Wine ready on display $DISPLAY, prefix $WINEPREFIX"

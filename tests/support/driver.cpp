@@ -7,16 +7,6 @@
 namespace zorvi::testing {
 namespace {
 
-// The product sits one folder above the test programs.
-std::string BuiltProgram() {
-    char path[MAX_PATH] = {};
-    GetModuleFileNameA(nullptr, path, MAX_PATH);
-    std::string folder = path;
-    folder.erase(folder.find_last_of('\\'));
-    folder.erase(folder.find_last_of('\\') + 1);
-    return folder + "zorvi.exe";
-}
-
 struct WindowQuery {
     DWORD processId;
     std::string windowClass;
@@ -55,24 +45,21 @@ HWND FindProcessWindow(DWORD processId, const char* windowClass, const std::stri
 
 }  // namespace
 
-bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline) return false;
-        std::this_thread::sleep_for(20ms);
-    }
-    return true;
-}
-
 Installation::Installation() {
-    if (!CopyFileA(BuiltProgram().c_str(), Exe().c_str(), FALSE)) {
-        throw std::runtime_error("cannot copy " + BuiltProgram());
+    // The product sits one folder above the test programs.
+    const std::string builtProgram = BesideTestProgram("..\\zorvi.exe");
+    if (!CopyFileA(builtProgram.c_str(), Exe().c_str(), FALSE)) {
+        throw std::runtime_error("cannot copy " + builtProgram);
     }
 }
 
 Running::Running(const Installation& installation, const std::string& arguments,
                  const std::string& workingFolder) {
-    std::string commandLine = "\"" + installation.Exe() + "\" " + arguments;
+    // Built by appending: GCC 12 warns falsely about "x" + temporary.
+    std::string commandLine = "\"";
+    commandLine += installation.Exe();
+    commandLine += "\" ";
+    commandLine += arguments;
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info{};

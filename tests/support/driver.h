@@ -10,14 +10,9 @@
 #include <string>
 
 #include "support/temp_folder.h"
+#include "support/wait.h"
 
 namespace zorvi::testing {
-
-using namespace std::chrono_literals;
-
-// Checks a condition every 20 ms until it holds or the time is up.
-bool WaitUntil(const std::function<bool()>& condition,
-               std::chrono::milliseconds limit = std::chrono::seconds(15));
 
 // A copy of zorvi.exe in a folder of its own, with its settings beside it.
 class Installation {
