@@ -9,6 +9,7 @@ packages=(
     wine wine64 fonts-wine                            # running it
     xvfb x11-utils xdotool imagemagick                # a private display, screenshots
     fonts-ipafont-gothic                              # Japanese texts
+    locales                                           # the code page 932 test runs
 )
 
 missing=()

@@ -2,15 +2,19 @@
 # Builds zorvi.exe and starts it under Wine, passing the arguments through.
 # Arguments that name existing Linux files become Windows paths, so
 #   scripts/run.sh -compilenow ~/music/song.mml   works as typed.
-# Zorvi uses the current display; without one it starts a private Xvfb.
+# Every other argument reaches Zorvi's command line exactly as given, quotes
+# included:   scripts/run.sh '-preset="my set"' -compilenow song.mml
+# Zorvi runs in a Wine prefix of its own under build/; it uses the current
+# display, and without one it starts a private Xvfb.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 bash "$root/scripts/deps.sh"
 cmake --preset windows -S "$root" >/dev/null
 cmake --build --preset windows --target zorvi -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
 
-export WINEPREFIX=${WINEPREFIX:-$root/build/windows/run-prefix}
-export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+# Never the user's own prefix: the settings below are made for Zorvi's runs.
+export WINEPREFIX="$root/build/windows/run-prefix"
+export WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 if [ ! -f "$WINEPREFIX/.ready" ]; then
     echo "Preparing a Wine prefix in $WINEPREFIX (once)..."
     wineboot -i >/dev/null 2>&1
@@ -22,6 +26,8 @@ if [ ! -f "$WINEPREFIX/.ready" ]; then
 fi
 
 xvfb_pid=
+cleanup() { if [ -n "$xvfb_pid" ]; then kill "$xvfb_pid" 2>/dev/null || true; fi; }
+trap cleanup EXIT
 if [ -z "${DISPLAY:-}" ]; then
     exec 5>"$WINEPREFIX/display"
     Xvfb -displayfd 5 -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
@@ -32,12 +38,20 @@ if [ -z "${DISPLAY:-}" ]; then
     echo "No display was set: Zorvi runs on a private Xvfb at $DISPLAY"
 fi
 
-args=()
+# Wine would re-quote each argument on its own; a one-line batch file hands
+# Zorvi the command line as typed instead.
+line="\"$(winepath -w "$root/build/windows/zorvi.exe")\""
 for arg in "$@"; do
-    if [ -e "$arg" ]; then args+=("$(winepath -w "$arg")"); else args+=("$arg"); fi
+    if [ -e "$arg" ]; then
+        arg="\"$(winepath -w "$arg")\""
+    elif [[ "$arg" == *" "* && "$arg" != *'"'* ]]; then
+        arg="\"$arg\""
+    fi
+    line+=" ${arg//%/%%}"
 done
+launcher="$WINEPREFIX/drive_c/zorvi-run.bat"
+printf '@%s\r\n@exit /b %%ERRORLEVEL%%\r\n' "$line" >"$launcher"
 status=0
-wine "$root/build/windows/zorvi.exe" "${args[@]}" || status=$?
+wine cmd /c 'C:\zorvi-run.bat' || status=$?
 wineserver -w
-[ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null
 exit $status

@@ -47,13 +47,17 @@ std::vector<std::string> TokenizeCommandLine(std::string_view commandLine) {
             }
         } else if (IsSwitchLead(rest.front())) {
             const auto blank = rest.find(' ');
-            const std::string_view head = rest.substr(0, blank);
-            std::size_t length = head.size();
-            const auto quote = head.find('"');
-            if (quote != std::string_view::npos) {
-                // A quoted value may hold blanks: run to the closing quote.
-                const auto close = rest.find('"', quote + 1);
-                length = close == std::string_view::npos ? rest.size() : close + 1;
+            // A switch with no blank after it takes the rest of the line.
+            std::size_t length = rest.size();
+            if (blank != std::string_view::npos) {
+                const std::string_view head = rest.substr(0, blank);
+                length = head.size();
+                const auto quote = head.find('"');
+                if (quote != std::string_view::npos) {
+                    // A quoted value may hold blanks: run to the closing quote.
+                    const auto close = rest.find('"', quote + 1);
+                    length = close == std::string_view::npos ? rest.size() : close + 1;
+                }
             }
             tokens.emplace_back(rest.substr(0, length));
             rest = TrimBlanks(rest.substr(length));

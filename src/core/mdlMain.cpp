@@ -11,6 +11,7 @@
 #include "core/instance_win.h"
 #include "core/messages_win.h"
 #include "core/strings_win.h"
+#include "core/text.h"
 #include "core/wide_win.h"
 #include "files/path_win.h"
 #include "res/string_ids.h"
@@ -120,6 +121,9 @@ void WindowClosed() {
 int OpenWindows() { return State().openWindows; }
 
 int Main(std::string_view commandLine) {
+    // Before any path is looked at: on a double-byte system (Shift-JIS) the
+    // path helpers must step over whole characters.
+    SetLeadByteTest([](unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; });
     const std::string appFolder = mdlFile::GetAppFolder();
     CommandLine args = InterpretCommandLine(
         TokenizeCommandLine(commandLine), appFolder,

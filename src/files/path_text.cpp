@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "core/text.h"
+
 namespace zorvi::mdlFile {
 namespace {
 
@@ -11,14 +13,6 @@ constexpr std::size_t kShellMaxPath = 260;
 
 // Captions and menus show paths shorter than this as they are.
 constexpr std::size_t kDisplayWidth = 48;
-
-std::string AsciiUpper(std::string_view text) {
-    std::string upper(text);
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return upper;
-}
 
 std::string_view TrimBlanks(std::string_view text) {
     const auto first = text.find_first_not_of(' ');
@@ -36,9 +30,12 @@ bool IsRootEndingInBackslash(std::string_view path) {
     if (path[0] == '\\') {
         if (path.size() == 1) return true;
         if (path[1] != '\\') return false;
-        return std::count(path.begin() + 2, path.end(), '\\') <= 1;
+        const auto first = FindChar(path, '\\', 2);
+        return first == std::string_view::npos ||
+               FindChar(path, '\\', first + 1) == std::string_view::npos;
     }
-    return path.size() == 3 && path[1] == ':' && path[2] == '\\';
+    return path.size() == 3 && !IsLeadByte(static_cast<unsigned char>(path[0])) &&
+           path[1] == ':' && path[2] == '\\';
 }
 
 }  // namespace
@@ -48,55 +45,57 @@ std::string TrimNull(std::string_view text) {
 }
 
 std::string GetFileName(std::string_view path) {
-    const auto slash = path.rfind('\\');
+    const auto slash = FindLastChar(path, '\\');
     return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
 }
 
 std::string GetExtension(std::string_view path) {
     const std::string name = GetFileName(path);
-    const auto dot = name.rfind('.');
+    const auto dot = FindLastChar(name, '.');
     return dot == std::string::npos ? std::string() : name.substr(dot + 1);
 }
 
 std::string GetBaseName(std::string_view path) {
     const std::string name = GetFileName(path);
-    const std::string extension = GetExtension(path);
-    if (name.empty() && extension.empty()) return {};
-    // The extension is always the tail of the name, so this drops it and the
-    // character before it: the dot, or for a name without a dot its last character.
-    return name.substr(0, name.size() - extension.size() - 1);
+    // The extension and the character before it go: the dot, or for a name
+    // without a dot its last character (both bytes of a double-byte one).
+    const auto dot = FindLastChar(name, '.');
+    if (dot != std::string::npos) return name.substr(0, dot);
+    if (name.empty()) return {};
+    return name.substr(0, LastCharStart(name));
 }
 
 std::string AppendBackslash(std::string_view path) {
     std::string text = TrimNull(path);
     if (text.size() >= kShellMaxPath) return {};
-    if (!text.empty() && text.back() != '\\') text += '\\';
+    if (!text.empty() && !EndsWithChar(text, '\\')) text += '\\';
     return text;
 }
 
 std::string StripBackslash(std::string_view path) {
     std::string text = TrimNull(path);
-    if (!text.empty() && text.back() == '\\' && !IsRootEndingInBackslash(text)) text.pop_back();
+    if (EndsWithChar(text, '\\') && !IsRootEndingInBackslash(text)) text.pop_back();
     return text;
 }
 
 std::string StripFileSpec(std::string_view path) {
     std::string text = TrimNull(path);
-    // Walk as the platform does: one or two leading backslashes are kept, a
-    // drive colon keeps itself and the backslash after it, otherwise the text
-    // is cut at the last backslash (or emptied when there is none).
+    // Walk as the platform does, a whole character at a time: one or two
+    // leading backslashes are kept, a drive colon keeps itself and the
+    // backslash after it (and the character after the colon is stepped over),
+    // otherwise the text is cut at the last backslash (or emptied when there is none).
     std::size_t i = 0;
     std::size_t cut = 0;
     if (i < text.size() && text[i] == '\\') cut = ++i;
     if (i < text.size() && text[i] == '\\') cut = ++i;
     while (i < text.size()) {
-        if (text[i] == '\\') {
+        if (CharLength(text, i) == 1 && text[i] == '\\') {
             cut = i;
-        } else if (text[i] == ':') {
+        } else if (CharLength(text, i) == 1 && text[i] == ':') {
             cut = ++i;
-            if (i < text.size() && text[i] == '\\') ++cut;
+            if (i < text.size() && CharLength(text, i) == 1 && text[i] == '\\') ++cut;
         }
-        if (i < text.size()) ++i;
+        if (i < text.size()) i += CharLength(text, i);
     }
     if (cut < text.size()) text.erase(cut);
     return text;
@@ -105,7 +104,8 @@ std::string StripFileSpec(std::string_view path) {
 std::string ChangeExtension(std::string_view path, std::string_view extension) {
     // The folder as GetFolderOf gives it: of the first kPathBuffer characters,
     // empty when nothing could be removed.
-    const std::string whole = TrimNull(path).substr(0, kPathBuffer);
+    const std::string text = TrimNull(path);
+    const std::string whole = text.substr(0, CharBoundaryCut(text, kPathBuffer, IsLeadByte));
     const std::string parent = StripFileSpec(whole);
     const std::string folder = AppendBackslash(parent == whole ? std::string() : parent);
     std::string changed = folder + GetBaseName(path);
@@ -118,25 +118,23 @@ std::string ChangeExtension(std::string_view path, std::string_view extension) {
 
 std::string MakeSafeFileName(std::string_view name) {
     std::string safe(name);
-    for (const char invalid : InvalidFileNameChars) {
-        std::replace(safe.begin(), safe.end(), invalid, '_');
-    }
+    for (const char invalid : InvalidFileNameChars) safe = ReplaceChar(safe, invalid, '_');
     return safe;
 }
 
 std::string ShortenPathForDisplay(std::string_view path) {
     std::string current(path);
     if (current.size() < kDisplayWidth) return current;
-    const auto firstSlash = current.find('\\');
+    const auto firstSlash = FindChar(current, '\\');
     if (firstSlash == std::string::npos) return current;
     const std::string head = current.substr(0, firstSlash + 1);
     std::size_t kept = firstSlash;  // the "\" after which folders are dropped
     // Each pass but the first makes the text shorter, so path.size() passes suffice.
     for (std::size_t pass = 0; pass <= path.size() && current.size() >= kDisplayWidth; ++pass) {
-        const auto next = current.find('\\', kept + 1);
+        const auto next = FindChar(current, '\\', kept + 1);
         if (next == std::string::npos) break;
         current = head + "..." + current.substr(next);
-        kept = current.find('\\', head.size());
+        kept = FindChar(current, '\\', head.size());
     }
     return current;
 }
@@ -182,8 +180,7 @@ std::size_t CharBoundaryCut(std::string_view text, std::size_t limit,
 }
 
 std::string NulSeparatedFilter(std::string_view barSeparated) {
-    std::string filter(barSeparated);
-    std::replace(filter.begin(), filter.end(), '|', '\0');
+    std::string filter = ReplaceChar(barSeparated, '|', '\0');
     if (filter.empty() || filter.back() != '\0') filter += '\0';
     return filter;
 }
@@ -204,8 +201,7 @@ std::string BuildFilterText(const std::vector<FilterEntry>& entries) {
         }
         filter.pop_back();
     }
-    std::replace(filter.begin(), filter.end(), '|', '\0');
-    return filter;
+    return ReplaceChar(filter, '|', '\0');
 }
 
 std::string LongPathOf(std::string_view path, const FindEntryName& findEntryName) {
@@ -215,26 +211,27 @@ std::string LongPathOf(std::string_view path, const FindEntryName& findEntryName
     std::string root;
     if (s.size() > 1 && IsSlash(s[0]) && IsSlash(s[1])) {
         // Network path: the root runs up to the backslash after the share name.
-        const auto serverEnd = s.find('\\', 2);
+        const auto serverEnd = FindChar(s, '\\', 2);
         if (serverEnd == std::string::npos) return {};
-        const auto shareEnd = s.find('\\', serverEnd + 1);
+        const auto shareEnd = FindChar(s, '\\', serverEnd + 1);
         if (shareEnd == std::string::npos) return {};
         root = s.substr(0, shareEnd);
     } else {
-        const auto colon = s.find(':');
+        const auto colon = FindChar(s, ':');
         if (colon != std::string::npos) root = s.substr(0, colon + 1);
     }
     if (root.size() + 1 >= s.size()) return root + "\\";
 
-    if (s.back() != '\\') s += '\\';
+    if (!EndsWithChar(s, '\\')) s += '\\';
     std::string built = root;
-    auto slash = s.find('\\', root.size() + 1);
+    // The character after the root (its "\") is stepped over whole.
+    auto slash = FindChar(s, '\\', root.size() + CharLength(s, root.size()));
     while (slash != std::string::npos) {
         const auto name = findEntryName(s.substr(0, slash));
         if (!name) return {};
         built += '\\';
         built += TrimNull(*name);
-        slash = s.find('\\', slash + 1);
+        slash = FindChar(s, '\\', slash + 1);
     }
     return built;
 }

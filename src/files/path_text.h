@@ -7,6 +7,10 @@
 #include <string_view>
 #include <vector>
 
+// Every operation that looks for "\", ".", ":" or another ASCII character
+// steps over whole double-byte characters, as the lead-byte test that the
+// platform sets at start-up (SetLeadByteTest, core/text.h) says; results for
+// single-byte text do not depend on it.
 namespace zorvi::mdlFile {
 
 // Every platform path call goes through buffers of this many characters.
@@ -23,7 +27,7 @@ std::string GetFileName(std::string_view path);
 // Within GetFileName, the text after the last "."; empty when the name has none.
 std::string GetExtension(std::string_view path);
 // The file name without its extension. A name without any extension loses its
-// last character (README gives READM), as it always has.
+// last character (README gives READM; a double-byte one goes whole), as it always has.
 std::string GetBaseName(std::string_view path);
 
 // Portable twins of the shell's path calls, with the same results on
@@ -37,7 +41,8 @@ std::string StripFileSpec(std::string_view path);    // PathRemoveFileSpecA
 // platform's GetFolderOf would.
 std::string ChangeExtension(std::string_view path, std::string_view extension);
 
-// Every character of InvalidFileNameChars becomes "_".
+// Every character of InvalidFileNameChars becomes "_" (never the second byte
+// of a double-byte character, such as the 0x5C of 表).
 std::string MakeSafeFileName(std::string_view name);
 
 // Paths of 48 characters or more lose folders after the first "\" to "...",

@@ -7,6 +7,7 @@
 
 #include <exception>
 
+#include "core/text.h"
 #include "files/path_text.h"
 #include "ui/dialogs/clsCommonDlg.h"
 
@@ -27,7 +28,7 @@ std::string PathBuffer(const std::string& path) {
 
 // The folder part of a search pattern, with its "\" (empty for a bare pattern).
 std::string PatternFolder(const std::string& pattern) {
-    const auto slash = pattern.rfind('\\');
+    const auto slash = FindLastChar(pattern, '\\');
     return slash == std::string::npos ? std::string() : pattern.substr(0, slash + 1);
 }
 
@@ -59,7 +60,7 @@ std::string GetAppFolder() {
     const DWORD length = GetModuleFileNameA(nullptr, buffer.data(), kPathBuffer);
     if (length == 0 || length >= kPathBuffer) return {};
     std::string folder = TrimNull(buffer);
-    folder.erase(folder.find_last_of('\\') + 1);
+    folder.erase(FindLastChar(folder, '\\') + 1);
     return AddBackslash(folder);
 }
 

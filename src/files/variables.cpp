@@ -36,16 +36,17 @@ bool HasDollar(std::string_view text) { return text.find('$') != std::string_vie
 
 // Replaces every occurrence of token, ASCII letters matching without regard
 // to case, in one left-to-right pass: what this token inserts is not searched
-// for it again, but later tokens do search it. Only ASCII is folded so that
-// double-byte paths pass through untouched; a token starts with "$" or ".",
-// which never occur inside a double-byte character, so matches always fall
-// on character boundaries. The value is asked for only when the token occurs.
+// for it again, but later tokens do search it. Only single-byte letters are
+// folded and matches are whole characters, so the second byte of a
+// double-byte character is never taken for a letter of a token (an extension
+// token may itself hold such characters). The value is asked for only when
+// the token occurs.
 template <typename Value>
 void ReplaceAll(std::string& text, std::string_view token, Value&& value) {
     if (token.empty()) return;
     const std::string lowerToken = AsciiLower(token);
     const std::string lowerText = AsciiLower(text);
-    auto found = lowerText.find(lowerToken);
+    auto found = FindText(lowerText, lowerToken);
     if (found == std::string::npos) return;
     const std::string& replacement = value();
     std::string result;
@@ -54,7 +55,7 @@ void ReplaceAll(std::string& text, std::string_view token, Value&& value) {
         result.append(text, copied, found - copied);
         result += replacement;
         copied = found + lowerToken.size();
-        found = lowerText.find(lowerToken, copied);
+        found = FindText(lowerText, lowerToken, copied);
     }
     result.append(text, copied);
     text = std::move(result);
@@ -93,9 +94,9 @@ public:
                       [&] { return AppendBackslash(documentsFolder_()); });
         // "home" is the program's own folder, not the user's profile.
         ReplaceTokens(result, {"$homedrive$", "$hd$"},
-                      [&] { return programFolder_().substr(0, 2); });
+                      [&] { return std::string(LeadingChars(programFolder_(), 2)); });
         ReplaceTokens(result, {"$homeroot$", "$hr$"},
-                      [&] { return programFolder_().substr(0, 3); });
+                      [&] { return std::string(LeadingChars(programFolder_(), 3)); });
         ReplaceTokens(result, {"$homepath$", "$hp$"},
                       [&] { return AppendBackslash(shortProgramFolder_()); });
         ReplaceTokens(result, {"$homepath2$", "$hp2$"},
@@ -112,7 +113,7 @@ private:
 };
 
 struct PathParts {
-    std::string drive;   // never shortened
+    std::string drive;   // the first two characters, never shortened
     std::string folder;  // without its trailing "\", except for a root
     std::string name;
 };
@@ -121,7 +122,7 @@ PathParts SplitPath(const std::string& path, bool shortFolders, bool shortNames,
                     const std::function<std::string(const std::string&)>& shortPath) {
     std::string shortForm = path;
     if ((shortFolders || shortNames) && shortPath) shortForm = shortPath(path);
-    return {path.substr(0, 2), StripFileSpec(shortFolders ? shortForm : path),
+    return {std::string(LeadingChars(path, 2)), StripFileSpec(shortFolders ? shortForm : path),
             GetFileName(shortNames ? shortForm : path)};
 }
 

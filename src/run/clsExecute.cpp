@@ -62,8 +62,10 @@ clsExecute::~clsExecute() { aborted_ = true; }
 bool clsExecute::RunProgram(const std::string& program, const std::string& parameters,
                             const std::string& directory, HANDLE& processHandle,
                             DWORD& exitCode, int showCommand, HWND ownerWindow, bool wait) {
+    startError_ = ERROR_SUCCESS;
     // An empty name names nothing: neither the shell nor the plain start is asked.
     if (program.empty()) {
+        startError_ = ERROR_FILE_NOT_FOUND;
         processHandle = nullptr;
         return false;
     }
@@ -71,6 +73,7 @@ bool clsExecute::RunProgram(const std::string& program, const std::string& param
     try {
         quoted = QuoteParameters(parameters);
     } catch (...) {
+        startError_ = ERROR_NOT_ENOUGH_MEMORY;
         processHandle = nullptr;
         return false;
     }
@@ -89,6 +92,14 @@ bool clsExecute::RunProgram(const std::string& program, const std::string& param
     info.lpDirectory = directory.empty() ? nullptr : directory.c_str();
     info.nShow = showCommand;
     if (ShellExecuteExA(&info) != TRUE) {
+        startError_ = GetLastError();
+        // The plain start would drop the parameters: a waited interpreter
+        // without its "/C script" is an interactive one, and the wait would
+        // never end. Only launches that lose nothing by it may fall back.
+        if (wait && !parameters.empty()) {
+            processHandle = nullptr;
+            return false;
+        }
         return StartWithoutShell(program, processHandle, exitCode, wait);
     }
 
@@ -116,9 +127,11 @@ bool clsExecute::StartWithoutShell(const std::string& program, HANDLE& processHa
         startup.wShowWindow = SW_SHOWNORMAL;
         if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
                             nullptr, &startup, &started)) {
+            startError_ = GetLastError();
             started = {};
         }
     } catch (...) {
+        startError_ = ERROR_NOT_ENOUGH_MEMORY;
         started = {};
     }
     UniqueHandle thread(started.hThread);
@@ -127,6 +140,7 @@ bool clsExecute::StartWithoutShell(const std::string& program, HANDLE& processHa
         processHandle = nullptr;
         return false;
     }
+    startError_ = ERROR_SUCCESS;
     if (wait) {
         // Our own handle stays open meanwhile, so the id cannot pass to
         // another process before it is opened here.

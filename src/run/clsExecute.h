@@ -21,13 +21,17 @@ public:
     // True when a program was started. After a wait the handle given back is
     // already closed (only its value remains); without a wait it is open and
     // the caller owns it. The plain start used when the shell refuses passes
-    // no parameters and leaves processHandle as it was; nothing started sets
-    // it to 0. exitCode is written only while waiting.
+    // no parameters and leaves processHandle as it was; a waited launch with
+    // parameters never takes it. Nothing started sets processHandle to 0.
+    // exitCode is written only while waiting.
     bool RunProgram(const std::string& program, const std::string& parameters,
                     const std::string& directory, HANDLE& processHandle, DWORD& exitCode,
                     int showCommand, HWND ownerWindow, bool wait);
     bool Aborted() const { return aborted_; }
     void Abort() { aborted_ = true; }  // ends a running wait after its current round
+    // Why the last RunProgram started nothing: the system's error number,
+    // taken at once (the plain start's when that was tried); 0 after a start.
+    DWORD StartError() const { return startError_; }
 
 private:
     bool StartWithoutShell(const std::string& program, HANDLE& processHandle, DWORD& exitCode,
@@ -35,6 +39,7 @@ private:
     void WaitForEnd(HANDLE process, DWORD& exitCode);
 
     bool aborted_ = false;
+    DWORD startError_ = 0;
 };
 
 struct LaunchedProgram {

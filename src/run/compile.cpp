@@ -9,6 +9,7 @@
 #include "core/mdlMain.h"
 #include "core/messages_win.h"
 #include "core/strings_win.h"
+#include "core/text.h"
 #include "core/wide_win.h"
 #include "files/path_text.h"
 #include "files/path_win.h"
@@ -118,7 +119,7 @@ bool RenameBack(const std::string& shortTarget, const std::string& target,
     case ShortNameOwner::Alias:
         return true;  // it already is the long-named file
     case ShortNameOwner::Stray:
-        if (mdlFile::GetFileName(shortPath).find('~') != std::string::npos) {
+        if (FindChar(mdlFile::GetFileName(shortPath), '~') != std::string::npos) {
             DeleteFileA(longPath.c_str());
         }
         return MoveFileA(shortPath.c_str(), longPath.c_str()) != FALSE;
@@ -237,9 +238,10 @@ Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
     const std::string scriptPath = ScriptFilePath();
     if (!WriteScriptFile(scriptPath, ScriptFileText(script), outcome.error)) {
         outcome.stage = Stage::Failed;
-    } else if (!DosCommandCreate(configuration, stepMode, owner)) {
+    } else if (DWORD startError = ERROR_SUCCESS;
+               !DosCommandCreate(configuration, stepMode, owner, &startError)) {
         outcome.stage = Stage::Failed;
-        outcome.error = PlatformError(Interpreter(), GetLastError());
+        outcome.error = PlatformError(Interpreter(), startError);
     }
     if (!tempName.empty()) DeleteFileA(tempName.c_str());
     if (outcome.stage == Stage::Failed) return outcome;
@@ -304,7 +306,8 @@ void CompileCommand(CompileHost& host) {
         return;
     case Stage::Compiled:
         if (outcome.code != 0) {
-            ResultWindow().ShowResult(outcome.code);
+            // The log of this compile, even if the target has changed meanwhile.
+            ResultWindow().ShowResult(outcome.code, names.log);
             return;
         }
         host.ViewChange_LogView(mdlFile::FileExists(names.log));
@@ -315,7 +318,9 @@ void CompileCommand(CompileHost& host) {
     case Stage::NoConsole:
         break;
     }
-    if (ReadIniFlag(cfg::kUseGUIAfterCompile, configuration)) CMD_DoPlay("", owner);
+    if (ReadIniFlag(cfg::kUseGUIAfterCompile, configuration)) {
+        CMD_DoPlay(configuration, owner, names.target);
+    }
     host.ViewUpdate();
 }
 
@@ -380,7 +385,7 @@ int DoCompile2(const std::string& targetFile, const std::string& presetPath, boo
         case Stage::NoConsole:
             break;
         }
-        if (play) CMD_DoPlay(*configuration, nullptr);
+        if (play) CMD_DoPlay(*configuration, nullptr, targetFile);
         return 0;
     } catch (const std::bad_alloc&) {
         ReportError(nullptr, kOutOfMemoryNumber, LoadText(ids::kOutOfMemory), kProcedureName);
@@ -398,16 +403,19 @@ FilterCode ExtensionFilter(const std::string& file, std::string& configurationNa
     }
 }
 
-bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND owner) {
+bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND owner,
+                      DWORD* startError) {
     const int showCommand =
         stepMode ? SW_SHOWNORMAL
                  : ShowCommandForWindowState(ReadIniInt(cfg::kCUIWindowState, configurationPath));
     clsExecute runner;
     HANDLE process = nullptr;
     DWORD exitCode = 0;
-    return runner.RunProgram(Interpreter(),
-                             InterpreterParameters(mdlFile::GetShortPath(ScriptFilePath())), "",
-                             process, exitCode, showCommand, owner, true);
+    const bool started = runner.RunProgram(
+        Interpreter(), InterpreterParameters(mdlFile::GetShortPath(ScriptFilePath())), "", process,
+        exitCode, showCommand, owner, true);
+    if (startError != nullptr) *startError = runner.StartError();
+    return started;
 }
 
 }  // namespace zorvi

@@ -36,8 +36,10 @@ int DoCompile2(const std::string& targetFile, const std::string& presetPath, boo
 FilterCode ExtensionFilter(const std::string& file, std::string& configurationName);
 
 // Runs the already written Zorvi.bat through the interpreter named by COMSPEC
-// and waits for it. False when nothing could be started.
-bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND owner);
+// and waits for it. False when nothing could be started; startError then gets
+// the system's reason.
+bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND owner,
+                      DWORD* startError = nullptr);
 
 // Where the batch script is written: beside the program, named after it.
 std::string ScriptFilePath();

@@ -53,7 +53,7 @@ std::string ScriptFileText(std::string_view script) {
 }
 
 bool HasTempToken(std::string_view script) {
-    return AsciiLower(script).find(kTempToken) != std::string::npos;
+    return FindText(AsciiLower(script), kTempToken) != std::string::npos;
 }
 
 std::string ReplaceTempToken(std::string_view script, std::string_view tempFileName) {
@@ -62,8 +62,8 @@ std::string ReplaceTempToken(std::string_view script, std::string_view tempFileN
     const std::string lowered = AsciiLower(script);
     std::string replaced;
     std::size_t from = 0;
-    for (auto at = lowered.find(kTempToken); at != std::string::npos;
-         at = lowered.find(kTempToken, from)) {
+    for (auto at = FindText(lowered, kTempToken); at != std::string::npos;
+         at = FindText(lowered, kTempToken, from)) {
         replaced += script.substr(from, at - from);
         replaced += tempFileName;
         from = at + kTempToken.size();
@@ -78,7 +78,8 @@ FilterCode DecideExtensionFilter(std::string_view file, const FilterFacts& facts
     const std::string extension = AsciiLower(mdlFile::GetExtension(file));
     const int rows = settings::EntriesToRead(facts.itemCount);
     for (int row = 1; row <= rows; ++row) {
-        if (AsciiLower(facts.extensions(row)).find(extension) == std::string::npos) continue;
+        // Whole characters only: "x" must not match the second byte of a double-byte one.
+        if (FindText(AsciiLower(facts.extensions(row)), extension) == std::string::npos) continue;
         const std::string name = facts.configuration(row);
         if (name.empty()) return FilterCode::NoSwitch;
         configurationName = name;
@@ -155,10 +156,14 @@ MissingTools CountMissingTools(int itemCount, const std::function<std::string(in
     const int items = settings::EntriesToRead(itemCount);
     for (int item = 1; item <= items; ++item) {
         const std::string name = itemAt(item);
-        if (exists(name)) continue;
+        // An empty entry would name the compiler's folder itself and always
+        // pass; it names no tool, so it is missing, shown by its key.
+        if (!name.empty() && exists(name)) continue;
         ++result.count;
         if (!result.missing.empty()) result.missing += " / ";
-        result.missing += name;
+        result.missing +=
+            name.empty() ? settings::NumberedKey(settings::config_file::kRequired.linePrefix, item)
+                         : name;
     }
     return result;
 }

@@ -27,7 +27,7 @@ namespace main_file = settings::main_file;
 constexpr wchar_t kProcedureName[] = L"Play";
 constexpr long kOutOfMemoryNumber = 7;
 
-void Play(const std::string& givenConfiguration, HWND owner) {
+void Play(const std::string& givenConfiguration, HWND owner, const std::string& givenTarget) {
     const std::string configuration =
         givenConfiguration.empty() ? GetDefaultPreset() : givenConfiguration;
     if (!ReadIniFlag(cfg::kUseGUI, configuration)) return;
@@ -35,7 +35,7 @@ void Play(const std::string& givenConfiguration, HWND owner) {
     const std::string player =
         mdlFile::ExpandVariables(ReadIni(cfg::kPlayer, configuration), false, false, configuration);
     const std::string extension = ReadIni(cfg::kExtension, configuration);
-    const std::string target = mdlMain::TargetFile();
+    const std::string target = givenTarget.empty() ? mdlMain::TargetFile() : givenTarget;
     const std::string file =
         PlaysGeneratedFile(target, ReadIniFlag(cfg::kUseCUI, configuration), extension)
             ? mdlFile::ChangeExtension(target, extension)
@@ -56,9 +56,9 @@ void Play(const std::string& givenConfiguration, HWND owner) {
 
 }  // namespace
 
-void CMD_DoPlay(const std::string& configurationPath, HWND owner) {
+void CMD_DoPlay(const std::string& configurationPath, HWND owner, const std::string& targetFile) {
     try {
-        Play(configurationPath, owner);
+        Play(configurationPath, owner, targetFile);
     } catch (const std::bad_alloc&) {
         ReportError(owner, kOutOfMemoryNumber, LoadText(ids::kOutOfMemory), kProcedureName);
     } catch (...) {

@@ -9,8 +9,9 @@ namespace zorvi {
 
 // Plays the output of the target (or the target itself) with the configured
 // player or the associated program. An empty configurationPath means the
-// active configuration.
-void CMD_DoPlay(const std::string& configurationPath, HWND owner);
+// active configuration, an empty targetFile the current target file.
+void CMD_DoPlay(const std::string& configurationPath, HWND owner,
+                const std::string& targetFile = {});
 
 // Opens the target in the editor when Option/AutoOpen is 1: the associated
 // program or Setting/Editor, started in the program's folder.

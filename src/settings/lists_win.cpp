@@ -38,23 +38,18 @@ bool ExistsAfterVariables(const std::string& entry) {
     return mdlFile::FileExists(mdlFile::ExpandVariables(entry, false, false, ""));
 }
 
-// The names of the files cfg\*.ini, sorted so that the rebuilt list does not
-// depend on the order the file system lists them in.
+// The names of the configuration files cfg\*.ini, found as every other file
+// search of the program finds them (hidden and system files are left out),
+// sorted so that the rebuilt list does not depend on the order the file
+// system lists them in.
 std::vector<std::string> ConfigurationFileNames(const std::string& appFolder) {
     std::vector<std::string> names;
-    WIN32_FIND_DATAA found{};
-    const HANDLE search = FindFirstFileA((appFolder + "cfg\\*.ini").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return names;
-    do {
-        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-            names.emplace_back(found.cFileName);
-        }
-    } while (names.size() < static_cast<std::size_t>(kMaxListEntries) &&
-             FindNextFileA(search, &found));
-    FindClose(search);
+    if (!mdlFile::GetPathFile2Array(appFolder + "cfg\\*.ini", names, false)) return {};
+    names.pop_back();  // the list's closing empty entry
     std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
         return AsciiLower(a) < AsciiLower(b);
     });
+    if (names.size() > static_cast<std::size_t>(kMaxListEntries)) names.resize(kMaxListEntries);
     return names;
 }
 

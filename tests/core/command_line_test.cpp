@@ -36,6 +36,9 @@ TEST(CommandLine, TokenizesAsTyped) {
         {"-preset=\"open name", {"-preset=\"open name"}},
         {"-preset=\"open name -play", {"-preset=\"open name -play"}},
         {"\"C:\\a b\" -play", {"\"C:\\a b\"", "", "-play"}},
+        {"-preset=\"ab\"x", {"-preset=\"ab\"x"}},
+        {"-play\"a\"b", {"-play\"a\"b"}},
+        {"-preset=\"a b\"x", {"-preset=\"a b\"", "x"}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.line);

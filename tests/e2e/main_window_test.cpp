@@ -1,6 +1,7 @@
 // The main window of the real zorvi.exe: its first start, watch mode with the
 // real compile pipeline (Wine's cmd.exe running Zorvi.bat and the stand-in
-// compiler), its keys from the keyboard, and settings that make no sense.
+// compiler), its keys from the keyboard, the options acting at start-up and
+// on closing, and settings that make no sense.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -11,6 +12,7 @@
 #include <fstream>
 #include <functional>
 #include <sstream>
+#include <string>
 #include <vector>
 
 #include "core/version.h"
@@ -120,10 +122,10 @@ bool TypeWithModifiers(HWND window, const std::vector<WORD>& modifiers, WORD key
 
 // An installation with the stand-in compiler and player and one configuration
 // "chain"; the song's leading lines tell the compiler what to do, and
-// "args=" makes it record every start.
+// "args=" makes it record every start. The player is one of the two tools.
 class Chain {
 public:
-    explicit Chain(const std::string& options = "") {
+    explicit Chain(const std::string& options = "", const std::string& player = "zplayer.exe") {
         CreateDirectoryA(Path("tools").c_str(), nullptr);
         CreateDirectoryA(Path("cfg").c_str(), nullptr);
         for (const char* tool : {"zcompiler.exe", "zplayer.exe"}) {
@@ -135,7 +137,7 @@ public:
         installation.Files().Write(
             "cfg\\chain.ini",
             "[Configure]\r\nConsole=" + Path("tools\\zcompiler.exe") +
-                "\r\nExtension=out\r\nPlayer=" + Path("tools\\zplayer.exe") +
+                "\r\nExtension=out\r\nPlayer=" + Path("tools\\" + player) +
                 "\r\n[Option]\r\nUseCUI=1\r\nCUIWindowState=2\r\nDetectError=1\r\nUseGUI=1\r\n"
                 "[Script]\r\nLine=1\r\nLine1=$pp$zcompiler.exe $fp$$fn$ $fp$$fn2$.out "
                 "$fp$$fn2$.log\r\n");
@@ -227,8 +229,11 @@ TEST(MainWindowRun, WatchModeCompilesASavedTargetAndReleasesADeletedOne) {
     // Deleted while watched: let go of on the next tick.
     ASSERT_TRUE(DeleteFileA(chain.Song().c_str()));
     EXPECT_TRUE(WaitUntil([&] { return Caption(main) == kBareCaption; }));
+    // Released means watching stopped: the file coming back compiles nothing.
+    const HWND toolbar = FindWindowExW(main, nullptr, TOOLBARCLASSNAMEW, nullptr);
+    EXPECT_TRUE(WaitUntil([&] { return SendMessageW(toolbar, TB_ISBUTTONCHECKED, 1003, 0) == 0; }));
+    EXPECT_EQ(SendMessageW(toolbar, TB_ISBUTTONENABLED, 1003, 0), 0);
     chain.WriteSong("");
-    Sleep(300);
     EXPECT_EQ(Caption(main), kBareCaption);
     EXPECT_EQ(chain.Compiles(), expected);
     CloseAndExpectExit(zorvi, main);
@@ -256,8 +261,12 @@ TEST(MainWindowRun, ASecondCompileAndClosingAreRefusedWhileOneRuns) {
     EXPECT_TRUE(IsWindow(main));
     // The save made meanwhile is compiled by the first tick after it, once.
     EXPECT_TRUE(WaitUntil([&] { return chain.Compiles() == 2; }));
-    Sleep(2500);
-    EXPECT_EQ(chain.Compiles(), 2);
+    // One more save is the third compile: nothing was left queued from the
+    // saves and keys that arrived while the first compile ran.
+    chain.WriteSong("log=third\r\n");
+    Touch(chain.Song(), 20);
+    EXPECT_TRUE(WaitUntil([&] { return ReadBytes(chain.Path("song.log")) == "third\r\n"; }));
+    EXPECT_EQ(chain.Compiles(), 3);
     CloseAndExpectExit(zorvi, main);
 }
 
@@ -343,8 +352,12 @@ TEST(MainWindowRun, ModifierKeysFromTheKeyboard) {
         RECT before{};
         GetWindowRect(main, &before);
         ASSERT_TRUE(TypeWithModifiers(main, c.modifiers, c.key));
+        // Ctrl+Down afterwards: keys are handled in order, so once the window
+        // has gone down the key under test has been handled too.
+        ASSERT_TRUE(TypeWithModifiers(main, {VK_CONTROL}, VK_DOWN));
         const auto moved = [&](RECT rect) {
-            return rect.left == TwipsToPixels(PixelsToTwips(before.left, dpi) + c.dLeft, dpi) &&
+            return rect.top == TwipsToPixels(PixelsToTwips(before.top, dpi) + 512, dpi) &&
+                   rect.left == TwipsToPixels(PixelsToTwips(before.left, dpi) + c.dLeft, dpi) &&
                    rect.right - rect.left ==
                        TwipsToPixels(PixelsToTwips(before.right - before.left, dpi) + c.dWidth,
                                      dpi) &&
@@ -359,9 +372,129 @@ TEST(MainWindowRun, ModifierKeysFromTheKeyboard) {
                 return moved(now) && (!c.compiles || chain.Compiles() == 1);
             },
             std::chrono::seconds(5)));
-        Sleep(300);
-        EXPECT_EQ(chain.Compiles(), c.compiles ? 1 : 0);
+        // Closing waits for a running compile, so the count is final once Zorvi has ended.
         CloseAndExpectExit(zorvi, main);
+        EXPECT_EQ(chain.Compiles(), c.compiles ? 1 : 0);
+    }
+}
+
+TEST(MainWindowRun, SystemKeysWithAltReachTheSystem) {
+    const struct {
+        const char* name;
+        const char* options;
+        WORD key;
+        bool closes;  // else the window menu opens
+    } cases[] = {
+        {"Alt+F4, Alt popup on", "UseAltPopUp=1\r\n", VK_F4, true},
+        {"Alt+F4, Alt popup off", "UseAltPopUp=0\r\n", VK_F4, true},
+        {"Alt+Space, Alt popup on", "UseAltPopUp=1\r\n", VK_SPACE, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Installation installation;
+        installation.Files().Write("Zorvi.ini", std::string("[Option]\r\n") + c.options);
+        Running zorvi(installation, "");
+        const HWND main = WaitForMain(zorvi);
+        ASSERT_NE(main, nullptr);
+        ASSERT_TRUE(TypeWithModifiers(main, {VK_MENU}, c.key));
+        if (c.closes) {
+            const auto code = zorvi.WaitForExit();
+            ASSERT_TRUE(code.has_value()) << "Zorvi did not end";
+            EXPECT_EQ(*code, 0u);
+            continue;
+        }
+        const HWND menu = WaitForClass(zorvi, L"#32768", std::chrono::seconds(5));
+        ASSERT_NE(menu, nullptr) << "no window menu";
+        PostMessageW(menu, WM_KEYDOWN, VK_ESCAPE, 0);
+        EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(menu); }));
+        CloseAndExpectExit(zorvi, main);
+    }
+}
+
+TEST(MainWindowRun, AutoMinimizeKeepsTheWindowMinimisedAtStartUp) {
+    const struct {
+        const char* name;
+        const char* options;
+        const char* arguments;
+    } cases[] = {
+        {"file on the command line", "AutoMinimize=1\r\n", "song.mml"},
+        {"last file reopened", "AutoMinimize=1\r\nAutoSetFile=1\r\n", ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Installation installation;
+        installation.Files().Write("song.mml", "o4 c");
+        installation.Files().Write("Zorvi.ini", std::string("[Option]\r\n") + c.options +
+                                                    "[History]\r\nHis00=" +
+                                                    (installation.Files() / "song.mml") + "\r\n");
+        Running zorvi(installation, c.arguments);
+        const HWND main = WaitForMain(zorvi);
+        ASSERT_NE(main, nullptr);
+        // A message sent now is answered only from the message loop, after
+        // the start-up has shown the window for good.
+        DWORD_PTR answer = 0;
+        ASSERT_NE(SendMessageTimeoutW(main, WM_NULL, 0, 0, SMTO_BLOCK, 5000, &answer), 0);
+        EXPECT_EQ(Caption(main), "song.mml - " + kBareCaption);
+        EXPECT_TRUE(IsIconic(main));
+        EXPECT_TRUE(IsWindowVisible(main));
+        CloseAndExpectExit(zorvi, main);
+    }
+}
+
+// A started program, ended and let go of when the test is done with it.
+class ProcessGuard {
+public:
+    explicit ProcessGuard(DWORD id)
+        : handle_(OpenProcess(SYNCHRONIZE | PROCESS_TERMINATE | PROCESS_QUERY_LIMITED_INFORMATION,
+                              FALSE, id)) {}
+    ~ProcessGuard() {
+        if (handle_ == nullptr) return;
+        TerminateProcess(handle_, 1);
+        WaitForSingleObject(handle_, 5000);
+        CloseHandle(handle_);
+    }
+    ProcessGuard(const ProcessGuard&) = delete;
+    ProcessGuard& operator=(const ProcessGuard&) = delete;
+    HANDLE Handle() const { return handle_; }
+
+private:
+    HANDLE handle_;
+};
+
+TEST(MainWindowRun, AutoShutDownEndsThePlayerOnClose) {
+    const struct {
+        const char* name;
+        const char* options;
+        bool ended;
+    } cases[] = {
+        {"on", "AutoShutDown=1\r\n", true},
+        {"off", "AutoShutDown=0\r\n", false},
+        {"not exactly 1", "AutoShutDown=2\r\n", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        // The stand-in compiler is the player here: the "generated file" it is
+        // given tells it to tell its id and keep running.
+        Chain chain(c.options, "zcompiler.exe");
+        chain.WriteSong("");
+        const std::string pidFile = chain.Path("player.pid");
+        chain.installation.Files().Write(
+            "song.out", "pid=" + pidFile + "\r\noutput=keep\r\nhang=1\r\n");
+        Running zorvi(chain.installation, "song.mml");
+        const HWND main = WaitForMain(zorvi);
+        ASSERT_NE(main, nullptr);
+        PressKey(main, VK_F6);
+        ASSERT_TRUE(WaitUntil([&] { return ReadBytes(pidFile).ends_with("\r\n"); }));
+        const ProcessGuard player(static_cast<DWORD>(std::stoul(ReadBytes(pidFile))));
+        ASSERT_NE(player.Handle(), nullptr);
+        ASSERT_EQ(WaitForSingleObject(player.Handle(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+        CloseAndExpectExit(zorvi, main);
+        if (c.ended) {
+            EXPECT_EQ(WaitForSingleObject(player.Handle(), 5000), static_cast<DWORD>(WAIT_OBJECT_0));
+        } else {
+            // Zorvi has ended: nothing is left that could still end the player.
+            EXPECT_EQ(WaitForSingleObject(player.Handle(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+        }
     }
 }
 

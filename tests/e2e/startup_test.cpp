@@ -12,10 +12,33 @@ const std::string kMainCaption = "Zorvi v" + VersionText(ThisVersion());
 constexpr char kMainClass[] = "ZorviMain";
 
 // Answers the one box the program shows and expects it to end then.
+BOOL CALLBACK CountIcon(HWND child, LPARAM found) {
+    wchar_t windowClass[32] = {};
+    GetClassNameW(child, windowClass, 32);
+    if (lstrcmpiW(windowClass, L"Static") == 0 &&
+        (GetWindowLongW(child, GWL_STYLE) & SS_TYPEMASK) == SS_ICON) {
+        ++*reinterpret_cast<int*>(found);
+    }
+    return TRUE;
+}
+
+// The notices are information boxes with one OK button.
+void ExpectInformationBox(HWND box) {
+    int icons = 0;
+    EnumChildWindows(box, CountIcon, reinterpret_cast<LPARAM>(&icons));
+    EXPECT_EQ(icons, 1) << "no icon in the box";
+    EXPECT_NE(GetDlgItem(box, IDOK), nullptr);
+    for (int other : {IDCANCEL, IDYES, IDNO}) {
+        const HWND button = GetDlgItem(box, other);
+        EXPECT_TRUE(button == nullptr || !IsWindowVisible(button)) << "button " << other;
+    }
+}
+
 void AnswerBoxAndExpectExit(Running& zorvi, const std::wstring& text, int button = IDOK) {
     const HWND box = WaitForMessageBox(zorvi.Id(), "Zorvi - Check");
     ASSERT_NE(box, nullptr) << "no check box appeared";
     EXPECT_EQ(MessageBoxText(box), text);
+    ExpectInformationBox(box);
     PressButton(box, button);
     const auto code = zorvi.WaitForExit();
     ASSERT_TRUE(code.has_value()) << "Zorvi did not end after the box";
@@ -102,17 +125,20 @@ TEST(Startup, SecondStartBringsTheFirstToTheFront) {
 }
 
 TEST(Startup, JapaneseSettingShowsJapaneseMessages) {
-    Installation installation;
-    installation.Files().Write("Zorvi.ini", "[Setting]\r\nLanguage=Japanese\r\n");
-    Running zorvi(installation, "-compilenow missing.mml");
-    const HWND box = WaitForMessageBox(zorvi.Id(), "Zorvi - Check");
-    ASSERT_NE(box, nullptr);
-    const std::wstring text = MessageBoxText(box);
-    EXPECT_NE(text, L"File not found.\r\n");
-    EXPECT_FALSE(text.empty());
-    EXPECT_EQ(text.substr(text.size() - 2), L"\r\n");
-    PressButton(box, IDOK);
-    EXPECT_TRUE(zorvi.WaitForExit().has_value());
+    const struct {
+        const char* language;
+        const wchar_t* text;
+    } cases[] = {{"Japanese", L"ファイルが見つかりません。\r\n"},
+                 {"japanese", L"File not found.\r\n"},
+                 {"English", L"File not found.\r\n"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.language);
+        Installation installation;
+        installation.Files().Write("Zorvi.ini",
+                                   std::string("[Setting]\r\nLanguage=") + c.language + "\r\n");
+        Running zorvi(installation, "-compilenow missing.mml");
+        AnswerBoxAndExpectExit(zorvi, c.text);
+    }
 }
 
 TEST(Startup, BadSettingsAndCommandLinesStillOpenTheWindow) {
@@ -153,6 +179,38 @@ TEST(Startup, BadSettingsAndCommandLinesStillOpenTheWindow) {
                                      installation.SettingsFile().c_str());
             EXPECT_STREQ(last, "C:\\nowhere\\gone.mml");
         }
+    }
+}
+
+// A settings file that cannot be read is no error: every value is its default.
+TEST(Startup, UnreadableSettingsFileGivesDefaults) {
+    const struct {
+        const char* name;
+        bool asFolder;
+    } cases[] = {{"settings file is a folder", true}, {"settings file locked", false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Installation installation;
+        HANDLE lock = INVALID_HANDLE_VALUE;
+        if (c.asFolder) {
+            ASSERT_TRUE(CreateDirectoryA(installation.SettingsFile().c_str(), nullptr));
+        } else {
+            installation.Files().Write("Zorvi.ini", "[Setting]\r\nLanguage=Japanese\r\n");
+            lock = CreateFileA(installation.SettingsFile().c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                               nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+            ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+        }
+        {
+            // English, because Language could not be read.
+            Running command(installation, "-compilenow missing.mml");
+            AnswerBoxAndExpectExit(command, L"File not found.\r\n");
+        }
+        Running zorvi(installation, "");
+        const HWND main = zorvi.WaitForWindow(kMainClass, kMainCaption);
+        ASSERT_NE(main, nullptr);
+        PostMessageW(main, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(zorvi.WaitForExit().has_value());
+        if (lock != INVALID_HANDLE_VALUE) CloseHandle(lock);
     }
 }
 

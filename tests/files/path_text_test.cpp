@@ -8,9 +8,19 @@
 #include <vector>
 
 #include "files/path_text.h"
+#include "support/shift_jis.h"
 
 namespace zorvi::mdlFile {
 namespace {
+
+using testing::ShiftJisCodePage;
+
+// Shift-JIS characters whose second byte is an ASCII character the helpers look for.
+#define HYO "\x95\x5c"  // 表, ends in the byte of "\"
+#define SO "\x83\x5c"   // ソ, likewise
+#define PO "\x83\x7c"   // ポ, ends in the byte of "|"
+#define A_KANA "\x83\x41"  // ア, ends in the byte of "A"
+#define DI "\x83\x61"      // ヂ, ends in the byte of "a"
 
 TEST(PathText, TrimNull) {
     using namespace std::string_literals;
@@ -30,6 +40,9 @@ TEST(PathText, LongPathTakesTheCaseOnDisk) {
         {"\\\\SERVER\\SHARE\\DIR", "Dir"},
         {"\\\\SERVER\\SHARE\\DIR\\F.TXT", "f.txt"},
         {"SONG.MML", "Song.mml"},
+        // Double-byte names are looked up with their bytes as they are.
+        {"C:\\" HYO, HYO},
+        {"C:\\" HYO "\\" DI ".MML", DI ".mml"},
     };
     const FindEntryName find = [&](const std::string& path) -> std::optional<std::string> {
         const auto found = disk.find(path);
@@ -54,7 +67,11 @@ TEST(PathText, LongPathTakesTheCaseOnDisk) {
         {"   ", ""},
         // Without a drive the root is empty and the result starts with "\".
         {"song.mml", "\\Song.mml"},
+        {"c:\\" HYO "\\" DI ".mml", "C:\\" HYO "\\" DI ".mml"},
+        {"c:\\" HYO "\\", "C:\\" HYO},
+        {"c:\\" HYO "\\" A_KANA ".mml", ""},  // ア is not ヂ
     };
+    const ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.path);
         EXPECT_EQ(LongPathOf(c.path, find), c.expected);
@@ -87,7 +104,14 @@ TEST(PathText, NameExtensionAndBaseName) {
         // Bytes of double-byte names pass through whole.
         {"C:\\\x8b\xc8\\\x89\xcc.mml", "\x89\xcc.mml", "mml", "\x89\xcc"},
         {"C:\\" + longName + ".mml", longName + ".mml", "mml", longName},
+        // The second byte of 表 and ソ is no folder separator.
+        {"C:\\" HYO "\\" SO ".mml", SO ".mml", "mml", SO},
+        {"C:\\dir\\" HYO SO, HYO SO, "", HYO},  // the last character goes whole
+        {"C:\\dir\\" HYO, HYO, "", ""},
+        {"C:\\dir\\a." HYO, "a." HYO, HYO, "a"},
+        {SO, SO, "", ""},
     };
+    const ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.path);
         EXPECT_EQ(GetFileName(c.path), c.name);
@@ -145,7 +169,18 @@ TEST(PathText, TwinsOfTheShellPathCalls) {
         {long260, "", long260.substr(0, 259), long260.substr(0, 259)},
         {uncRoot259, uncRoot259, uncRoot259, uncRoot259.substr(0, 258)},
         {uncRoot260, "", uncRoot260, uncRoot260.substr(0, 259)},
+        // A path ending in 表 or ソ does not end in "\".
+        {"C:\\" HYO, "C:\\" HYO "\\", "C:\\" HYO, "C:\\"},
+        {"C:\\" HYO "\\", "C:\\" HYO "\\", "C:\\" HYO, "C:\\" HYO},
+        {"C:\\" HYO "\\" SO, "C:\\" HYO "\\" SO "\\", "C:\\" HYO "\\" SO, "C:\\" HYO},
+        {SO, SO "\\", SO, ""},
+        {"\\\\" HYO "\\", "\\\\" HYO "\\", "\\\\" HYO "\\", "\\\\" HYO},
+        {"\\\\" HYO "\\" SO "\\", "\\\\" HYO "\\" SO "\\", "\\\\" HYO "\\" SO,
+         "\\\\" HYO "\\" SO},
+        // The whole character after a drive colon is stepped over.
+        {"C:" SO "\\x", "C:" SO "\\x\\", "C:" SO "\\x", "C:" SO},
     };
+    const ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.path);
         EXPECT_EQ(AppendBackslash(c.path), c.added);
@@ -173,7 +208,10 @@ TEST(PathText, ChangeExtensionKeepsFolderAndBaseName) {
         {deepFolder + "\\a.mml", "log", "a.log"},
         // The platform sees only the first 300 characters when it looks for the folder.
         {"C:\\" + std::string(310, 'f') + "\\", "log", "C:\\.log"},
+        {"C:\\" HYO "\\" SO ".mml", "log", "C:\\" HYO "\\" SO ".log"},
+        {"C:\\" HYO "\\" SO, "txt", "C:\\" HYO "\\.txt"},
     };
+    const ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.path + " -> " + c.extension);
         EXPECT_EQ(ChangeExtension(c.path, c.extension), c.expected);
@@ -189,8 +227,11 @@ TEST(PathText, SafeFileNames) {
         {"song 1.mml", "song 1.mml"},
         {"", ""},
         {"C:\\dir\\x.mml", "C__dir_x.mml"},
-        {"\x89\xcc|\x83\x5c", "\x89\xcc_\x83_"},  // bytes are replaced one by one
+        // Characters are replaced, never the second byte of 表, ソ or ポ.
+        {"\x89\xcc|" SO, "\x89\xcc_" SO},
+        {HYO ":" PO "\\" SO, HYO "_" PO "_" SO},
     };
+    const ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(MakeSafeFileName(c.name), c.expected);
@@ -216,7 +257,11 @@ TEST(PathText, ShortenPathForDisplay) {
          "\\...\\music\\collection\\2024\\spring\\piece.mml"},
         {"C:\\\\" + std::string(50, 'y'), "C:\\...\\" + std::string(50, 'y')},
         {"", ""},
+        // 表ソ goes as one folder.
+        {"C:\\Users\\" HYO SO "\\Documents\\songs\\work\\piece name 1.mml",
+         "C:\\...\\Documents\\songs\\work\\piece name 1.mml"},
     };
+    const ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.path);
         EXPECT_EQ(ShortenPathForDisplay(c.path), c.expected);
@@ -311,7 +356,9 @@ TEST(PathText, FilterTexts) {
          "EXE file(*.exe)\0*.exe\0All files(*.*)\0*.*\0"s},
         {"MML\0*.mml"s, "MML\0*.mml\0"s},
         {"", "\0"s},
+        {PO "|*.mml", PO "\0*.mml\0"s},  // the second byte of ポ is no separator
     };
+    const ShiftJisCodePage shiftJis;
     for (const auto& c : conversions) {
         SCOPED_TRACE(c.bars);
         EXPECT_EQ(NulSeparatedFilter(c.bars), c.expected);
@@ -328,6 +375,7 @@ TEST(PathText, FilterTexts) {
         {{{"MML", ".mml"}, {"All", ".*"}}, "MML\0*.mml\0All\0*.*"s},
         {{{"Odd", "mml;;x"}}, "Odd\0*mml;*;*x"s},
         {{{"", ""}}, "\0*"s},
+        {{{"MML" PO, ".mml"}}, "MML" PO "\0*.mml"s},
     };
     for (const auto& c : builds) {
         SCOPED_TRACE(c.entries.size());

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "files/variables.h"
+#include "support/shift_jis.h"
 
 namespace zorvi::mdlFile {
 namespace {
@@ -234,6 +235,44 @@ TEST(Variables, InsertedValuesMeetOnlyLaterTokens) {
         machine.console = c.console;
         machine.target = c.target;
         machine.desktop = c.desktop;
+        EXPECT_EQ(Expand(c.text, machine), c.expected);
+    }
+}
+
+// Shift-JIS names whose characters end in the byte of "\\" (表 0x95 0x5C,
+// ソ 0x83 0x5C) or of an ASCII letter (ア 0x83 0x41, ヂ 0x83 0x61).
+TEST(Variables, DoubleByteNamesStayWhole) {
+    const struct {
+        const char* console;
+        const char* target;
+        const char* shortProgram;
+        const char* text;
+        const char* expected;
+    } cases[] = {
+        {"D:\\mc.exe", "C:\\\x95\x5c\\\x83\x5c.mml", "C:\\Z\\", "$fd$|$fp$|$fp2$|$fn$",
+         "C:|C:\\\x95\x5c\\|C:\\\x95\x5c|\x83\x5c.mml"},
+        {"D:\\mc.exe", "C:\\\x95\x5c\\\x83\x5c.mml", "C:\\Z\\", "$fn2$|$ext2$|$ext$",
+         "\x83\x5c|mml|.mml"},
+        {"D:\\mc.exe", "C:\\\x83\x5c\\\x95\x5c", "C:\\Z\\", "$fp$|$fn$|$fn2$|[$ext2$]",
+         "C:\\\x83\x5c\\|\x95\x5c|\x95\x5c|[]"},
+        // A double-byte extension: ア and ヂ differ only in a byte that is a letter.
+        {"D:\\mc.exe", "C:\\M\\a.\x83\x61.\x83\x41", "C:\\Z\\", "$fn2$|$ext2$",
+         "a.\x83\x61|\x83\x41"},
+        {"D:\\\x95\x5c\\mc.exe", "C:\\a.mml", "C:\\Z\\", "$pp$|$pp2$|$pn$|$pd$",
+         "D:\\\x95\x5c\\|D:\\\x95\x5c|mc.exe|D:"},
+        {"D:\\mc.exe", "C:\\a.mml", "C:\\\x95\x5c", "$hp$|$hp2$",
+         "C:\\\x95\x5c\\|C:\\\x95\x5c"},
+        // A relative name: the "drive" is its first two characters.
+        {"\x95\x5c\x83\x5c.exe", "C:\\a.mml", "C:\\Z\\", "$pd$|$pn$",
+         "\x95\x5c\x83\x5c|\x95\x5c\x83\x5c.exe"},
+    };
+    const testing::ShiftJisCodePage shiftJis;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.target) + " " + c.text);
+        Machine machine;
+        machine.console = c.console;
+        machine.target = c.target;
+        machine.shortProgram = c.shortProgram;
         EXPECT_EQ(Expand(c.text, machine), c.expected);
     }
 }

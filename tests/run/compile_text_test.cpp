@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "run/compile_text.h"
+#include "support/shift_jis.h"
 
 namespace zorvi {
 namespace {
@@ -151,7 +152,13 @@ TEST(CompileText, ExtensionFilterTakesTheFirstMatchingRow) {
          "pmd"},
         {"dot in the folder only", "C:\\a.mml\\song", {{"txt", "pmd"}}, FilterCode::Found,
          "pmd"},
+        // ベ is 0x83 0x78: its second byte is no "x".
+        {"double-byte extension is not a substring", "C:\\a.x", {{".\x83x", "pmd"}},
+         FilterCode::NoMatch, ""},
+        {"double-byte extension", "C:\\a.\x83x", {{"MML;.\x83x", "pmd"}}, FilterCode::Found,
+         "pmd"},
     };
+    const testing::ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         int rowsRead = 0;
@@ -315,7 +322,11 @@ TEST(CompileText, ShortNamesAreTouchedOnlyWhenTheyAreOurs) {
          "C:\\S\\my song.log", ShortNameOwner::Foreign},
         {"no short form at all", "C:\\S\\song.log", "C:\\S\\song.log", "C:\\S\\song.log",
          ShortNameOwner::Alias},
+        // ア (0x83 0x41) and ヂ (0x83 0x61) are different names, whatever the case rules.
+        {"double-byte names differ", "C:\\S\\\x83\x61.log", "C:\\S\\\x83\x41.log",
+         "C:\\S\\\x83\x61.log", ShortNameOwner::Foreign},
     };
+    const testing::ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(ClassifyShortName(c.shortPath, c.longForm, c.expected), c.owner);
@@ -342,8 +353,9 @@ TEST(CompileText, InterpreterComesFromComSpecByName) {
 
 TEST(CompileText, RequiredToolsAreCountedAndListed) {
     const std::string folder = "C:\\tools\\";
-    const std::set<std::string> present{"C:\\tools\\mc.exe", "D:\\lib\\voice.dat",
-                                        "C:\\tools\\sub\\drv.dat"};
+    // The compiler's folder itself exists too, as it does on a disk.
+    const std::set<std::string> present{"C:\\tools\\", "C:\\tools\\mc.exe",
+                                        "D:\\lib\\voice.dat", "C:\\tools\\sub\\drv.dat"};
     const struct {
         const char* name;
         int count;
@@ -356,7 +368,9 @@ TEST(CompileText, RequiredToolsAreCountedAndListed) {
         {"all there", 3, {"mc.exe", "D:\\lib\\voice.dat", "sub\\drv.dat"}, 0, ""},
         {"two missing", 3, {"a.exe", "mc.exe", "b.dat"}, 2, "a.exe / b.dat"},
         {"absolute missing", 1, {"D:\\lib\\gone.dat"}, 1, "D:\\lib\\gone.dat"},
-        {"count beyond the items", 2, {"mc.exe"}, 1, ""},
+        // An empty entry names no tool: it is missing, listed by its key.
+        {"count beyond the items", 3, {"mc.exe"}, 2, "Item2 / Item3"},
+        {"an empty entry", 3, {"a.exe", "", "mc.exe"}, 2, "a.exe / Item2"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <functional>
 #include <utility>
 #include <string>
@@ -15,6 +17,7 @@
 #include "run/compile.h"
 #include "run/play.h"
 #include "run/required_tools.h"
+#include "ui/result/frmResult.h"
 #include "support/temp_folder.h"
 #include "support/wait.h"
 
@@ -255,6 +258,71 @@ TEST(CompileCommand, ASuccessRefreshesTheViewPlaysAndRefusesASecondCompileMeanwh
                           "song.mml " + songs + "song.out " + songs + "song.log\r\n");
 }
 
+// What a drop or a history pick does while a compile waits: another target,
+// and another configuration made the active one.
+std::function<void()> changeMeanwhile;
+
+void CALLBACK ChangeTargetMeanwhile(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    if (changeMeanwhile) changeMeanwhile();
+}
+
+TEST(CompileCommand, TheNamesTakenAtTheStartServeTheWholeCompile) {
+    const struct {
+        const char* name;
+        const char* orders;  // for the stand-in compiler
+        bool verdictShown;   // a compile error: the result window shows the log
+        bool played;         // a success: the player gets the output
+    } cases[] = {
+        {"a compile error shows this compile's log", "sleep=700\r\noutput=none\r\nlog=this compile\r\n",
+         true, false},
+        {"a success plays this compile's output", "sleep=700\r\nlog=this compile\r\n", false, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Sandbox sandbox;
+        sandbox.WriteConfiguration("Option/UseGUI=1");
+        sandbox.Song(c.orders);
+        sandbox.folder.Write("other.mml", "o4 d\r\n");
+        sandbox.folder.Write("other.out", "other music");
+        sandbox.folder.Write("other.log", "the other target's log\r\n");
+        changeMeanwhile = [&sandbox] {
+            mdlMain::SetTargetFile(sandbox.folder / "other.mml");
+            // Now active: a configuration that plays nothing.
+            sandbox.folder.Write("Zorvi.ini", "[Setting]\r\nDefault=" + sandbox.name + "-gone\r\n");
+        };
+        BoxRecorder boxes;
+        RecordingHost host;
+        const UINT_PTR timer = SetTimer(nullptr, 0, 150, ChangeTargetMeanwhile);
+        CMD_DoCompile(host);
+        KillTimer(nullptr, timer);
+        changeMeanwhile = nullptr;
+        ASSERT_EQ(mdlMain::TargetFile(), sandbox.folder / "other.mml") << "the wait did not serve the timer";
+
+        EXPECT_FALSE(host.compiling);
+        EXPECT_TRUE(boxes.boxes.empty());
+        EXPECT_EQ(sandbox.folder.Read("song.log"), "this compile\r\n");
+        const HWND result = ResultWindow().Handle();
+        EXPECT_EQ(result != nullptr && IsWindowVisible(result), c.verdictShown);
+        if (c.verdictShown) {
+            const std::wstring text = testing::WindowText(ResultWindow().TextBox());
+            EXPECT_NE(text.find(L"Detect compiling error."), std::wstring::npos) << text;
+            EXPECT_TRUE(text.ends_with(L"\r\nthis compile\r\n")) << text;
+            EXPECT_NE(testing::WindowText(result).find(L"song.log"), std::wstring::npos);
+        }
+        if (c.played) {
+            ASSERT_TRUE(WaitUntil([&] { return sandbox.PlayerRecord().find("arg1=") != std::string::npos; }));
+            EXPECT_NE(sandbox.PlayerRecord().find("arg1=" + (sandbox.folder / "song.out") + "\r\n"),
+                      std::string::npos)
+                << sandbox.PlayerRecord();
+        } else {
+            EXPECT_FALSE(WaitUntil([&] { return !sandbox.PlayerRecord().empty(); }, 500ms));
+        }
+        // Out of the way of the next test; a command-line run's unload destroys it.
+        ReleaseResultWindow();
+    }
+}
+
 TEST(CompileCommand, AScriptThatCannotBeWrittenIsReportedAndTheFlagCleared) {
     Sandbox sandbox;
     sandbox.WriteConfiguration();
@@ -274,18 +342,66 @@ TEST(CompileCommand, AScriptThatCannotBeWrittenIsReportedAndTheFlagCleared) {
     EXPECT_FALSE(mdlFile::FileExists(sandbox.folder / "song.out"));
 }
 
+// Ends a wait that would never end by itself: the wait hands WM_QUIT on and
+// returns, so a hanging compile fails its test instead of hanging it.
+class HangGuard {
+public:
+    explicit HangGuard(UINT milliseconds) : timer_(SetTimer(nullptr, 0, milliseconds, Fire)) {
+        fired = false;
+    }
+    ~HangGuard() {
+        KillTimer(nullptr, timer_);
+        MSG message;
+        while (PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
+        }
+    }
+    HangGuard(const HangGuard&) = delete;
+    HangGuard& operator=(const HangGuard&) = delete;
+
+    static inline bool fired = false;
+
+private:
+    static void CALLBACK Fire(HWND, UINT, UINT_PTR timer, DWORD) {
+        KillTimer(nullptr, timer);
+        fired = true;
+        PostQuitMessage(0);
+    }
+    UINT_PTR timer_;
+};
+
+// The error a shell start of this interpreter name gives, read at once: what
+// the compile's report must show.
+DWORD ShellStartError(const std::string& program) {
+    SHELLEXECUTEINFOA info{};
+    info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    info.lpVerb = "open";
+    info.lpFile = program.c_str();
+    info.lpParameters = "/C exit";
+    info.nShow = SW_HIDE;
+    if (ShellExecuteExA(&info)) {
+        WaitForSingleObject(info.hProcess, 15000);
+        CloseHandle(info.hProcess);
+        return ERROR_SUCCESS;
+    }
+    return GetLastError();
+}
+
 TEST(CompileCommand, TheInterpreterIsFoundByTheNameInComSpec) {
     char saved[MAX_PATH] = {};
     const DWORD savedLength = GetEnvironmentVariableA("COMSPEC", saved, MAX_PATH);
     const struct {
         const char* name;
-        const char* comSpec;  // nullptr: unset
-        bool compiles;
+        const char* comSpec;      // nullptr: unset
+        const char* refusedName;  // nullptr: it compiles; else the name the report gives
     } cases[] = {
-        {"unset", nullptr, true},
-        {"empty", "", true},
-        {"another folder: only the name counts", "C:\\nowhere\\cmd.exe", true},
-        {"no such interpreter", "C:\\nowhere\\nocmd.exe", false},
+        {"unset", nullptr, nullptr},
+        {"empty", "", nullptr},
+        {"another folder: only the name counts", "C:\\nowhere\\cmd.exe", nullptr},
+        {"no such interpreter", "C:\\nowhere\\nocmd.exe", "nocmd.exe"},
+        // The shell finds no "cmd.exe /Q"; started bare instead, the
+        // interpreter would wait for typed commands and the compile for it.
+        {"a switch in COMSPEC", "C:\\windows\\system32\\cmd.exe /Q", "cmd.exe /Q"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -295,16 +411,27 @@ TEST(CompileCommand, TheInterpreterIsFoundByTheNameInComSpec) {
         SetEnvironmentVariableA("COMSPEC", c.comSpec);
         BoxRecorder boxes;
         RecordingHost host;
-        CMD_DoCompile(host);
-        EXPECT_FALSE(host.compiling);
-        EXPECT_EQ(mdlFile::FileExists(sandbox.folder / "song.out"), c.compiles);
-        if (c.compiles) {
-            EXPECT_TRUE(boxes.boxes.empty());
-        } else {
-            ASSERT_EQ(boxes.boxes.size(), 1u);
-            EXPECT_NE(boxes.boxes[0].find(L" - Error|nocmd.exe\r\n"), std::wstring::npos);
-            EXPECT_EQ(boxes.boxes[0].substr(boxes.boxes[0].size() - 9), L":Compile)");
+        {
+            HangGuard guard(10000);
+            CMD_DoCompile(host);
+            EXPECT_FALSE(HangGuard::fired) << "the compile was still waiting after 10 s";
         }
+        EXPECT_FALSE(host.compiling);
+        EXPECT_EQ(mdlFile::FileExists(sandbox.folder / "song.out"), c.refusedName == nullptr);
+        if (c.refusedName == nullptr) {
+            EXPECT_TRUE(boxes.boxes.empty());
+            continue;
+        }
+        const DWORD error = ShellStartError(c.refusedName);
+        ASSERT_NE(error, 0u);
+        ASSERT_EQ(boxes.boxes.size(), 1u);
+        const std::wstring& box = boxes.boxes[0];
+        const std::string name = c.refusedName;
+        EXPECT_NE(box.find(L" - Error|" + std::wstring(name.begin(), name.end()) + L"\r\n"),
+                  std::wstring::npos)
+            << box;
+        const std::wstring ending = L" (" + std::to_wstring(error) + L":Compile)";
+        EXPECT_TRUE(box.ends_with(ending)) << box;
     }
     SetEnvironmentVariableA("COMSPEC", savedLength > 0 && savedLength < MAX_PATH ? saved : nullptr);
 }
@@ -439,6 +566,11 @@ TEST(RequiredTools, CountsListsAndWords) {
          2, "a.exe / b.dat", L"a.exe / b.dat not installed"},
         {"absolute, missing", "Required/ItemCount=1\r\nRequired/Item1=C:\\nowhere\\x.dll", 1,
          "C:\\nowhere\\x.dll", L"C:\\nowhere\\x.dll not installed"},
+        // An entry that is not stored would name the compiler's folder itself.
+        {"count beyond the entries", "Required/ItemCount=2\r\nRequired/Item1=zcompiler.exe", 1,
+         "Item2", L"Item2 not installed"},
+        {"an empty entry", "Required/ItemCount=2\r\nRequired/Item1=\r\nRequired/Item2=zplayer.exe",
+         1, "Item1", L"Item1 not installed"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -255,20 +255,39 @@ TEST(Execute, WithoutWaitTheHandleStaysOpenForTheCaller) {
 
 // A program field holding a command with its own argument is no file the
 // shell can open; the plain start runs it, without the launch's parameters.
+// A waited launch with parameters never does: losing them would turn an
+// interpreter's "/C script" run into an interactive one, waited for ever.
 TEST(Execute, ShellRefusalFallsBackToAPlainStartWithoutParameters) {
     TempFolder folder;
     PlayerRecord record(folder);
     const std::string program = Tool("zplayer.exe") + " typed";
+    const struct {
+        const char* name;
+        bool wait;
+        const char* parameters;
+        bool started;
+    } cases[] = {
+        {"not waited", false, "p1 p2", true},
+        {"waited, without parameters", true, "", true},
+        {"waited, with parameters: nothing starts", true, "p1 p2", false},
+    };
     std::size_t count = 0;
-    for (bool wait : {true, false}) {
-        SCOPED_TRACE(wait ? "waited" : "not waited");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
         HANDLE handle = kUntouched;
         DWORD exitCode = kUnchanged;
         clsExecute runner;
-        ASSERT_TRUE(runner.RunProgram(program, "p1 p2", folder.Path(), handle, exitCode,
-                                      SW_MINIMIZE, nullptr, wait));
-        EXPECT_EQ(handle, kUntouched);
-        EXPECT_EQ(exitCode, wait ? 0u : kUnchanged);
+        EXPECT_EQ(runner.RunProgram(program, c.parameters, folder.Path(), handle, exitCode,
+                                    SW_MINIMIZE, nullptr, c.wait),
+                  c.started);
+        EXPECT_EQ(handle, c.started ? kUntouched : nullptr);
+        EXPECT_EQ(exitCode, c.wait && c.started ? 0u : kUnchanged);
+        if (!c.started) {
+            EXPECT_NE(runner.StartError(), 0u);
+            EXPECT_FALSE(WaitUntil([&] { return record.Starts().size() > count; }, 500ms));
+            continue;
+        }
+        EXPECT_EQ(runner.StartError(), 0u);
         ASSERT_TRUE(record.WaitForStarts(++count));
         const Start start = record.Starts().back();
         EXPECT_EQ(start.commandLine, program);
@@ -296,6 +315,7 @@ TEST(Execute, NothingStartedGivesFalseAndNoHandle) {
                                            nullptr, wait));
             EXPECT_EQ(handle, nullptr);
             EXPECT_EQ(exitCode, kUnchanged);
+            EXPECT_NE(runner.StartError(), 0u);
             DWORD ignored = 0;
             EXPECT_FALSE(
                 LaunchAndRecord(true, program, "", "", SW_SHOWNORMAL, nullptr, wait, ignored));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "settings/config_save.h"
+#include "support/shift_jis.h"
 
 namespace zorvi::settings {
 namespace {
@@ -31,7 +32,10 @@ TEST(ConfigSave, SafeNames) {
         {"\\/:,;*?\"<>|", "___________"},
         {"..\\..\\evil", ".._.._evil"},
         {"my set.v2", "my set.v2"},
+        // Shift-JIS 表 and ソ end in the byte of "\\": they stay as they are.
+        {"\x95\x5c:\x83\x5c", "\x95\x5c_\x83\x5c"},
     };
+    const testing::ShiftJisCodePage shiftJis;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.typed);
         EXPECT_EQ(SafeConfigurationName(c.typed), c.safe);

@@ -199,6 +199,11 @@ TEST_F(ListRebuild, PlayersFromTheListAndEveryConfiguration) {
     folder.Write("cfg\\c.ini", "[Option]\r\nUseGUI=1\r\n");
     folder.Write("cfg\\d.txt", "[Configure]\r\nPlayer=" + Tool("ed.exe") + "\r\n");
     CreateDirectoryA((folder / "cfg\\folder.ini").c_str(), nullptr);
+    // Hidden and system files are no configurations, as for every file search of the program.
+    folder.Write("cfg\\hidden.ini", "[Configure]\r\nPlayer=" + Tool("ed.exe") + "\r\n");
+    folder.Write("cfg\\system.ini", "[Configure]\r\nPlayer=" + Tool("ed2.exe") + "\r\n");
+    ASSERT_TRUE(SetFileAttributesA((folder / "cfg\\hidden.ini").c_str(), FILE_ATTRIBUTE_HIDDEN));
+    ASSERT_TRUE(SetFileAttributesA((folder / "cfg\\system.ini").c_str(), FILE_ATTRIBUTE_SYSTEM));
 
     const List expected = {play, play2};
     EXPECT_EQ(RebuildPlayerList(Main(), App()), expected);

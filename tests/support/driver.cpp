@@ -111,11 +111,5 @@ void PressButton(HWND box, int buttonId) {
     SendMessageW(GetDlgItem(box, buttonId), BM_CLICK, 0, 0);
 }
 
-std::wstring WindowText(HWND window) {
-    const int length = GetWindowTextLengthW(window);
-    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), length + 1)));
-    return text;
-}
 
 }  // namespace zorvi::testing

@@ -56,6 +56,5 @@ HWND WaitForMessageBox(DWORD processId, const std::string& caption,
 std::wstring MessageBoxText(HWND box);
 void PressButton(HWND box, int buttonId);
 
-std::wstring WindowText(HWND window);
 
 }  // namespace zorvi::testing

@@ -2,6 +2,8 @@
 // programs built beside the tests.
 #pragma once
 
+#include <windows.h>
+
 #include <chrono>
 #include <functional>
 #include <string>
@@ -15,6 +17,9 @@ using namespace std::chrono_literals;
 // Checks a condition every 20 ms until it holds or the time is up.
 bool WaitUntil(const std::function<bool()>& condition,
                std::chrono::milliseconds limit = std::chrono::seconds(15));
+
+// The text of a window or control, of this process or another.
+std::wstring WindowText(HWND window);
 
 // A path in the folder of the running test program.
 std::string BesideTestProgram(const std::string& name);

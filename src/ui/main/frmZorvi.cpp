@@ -362,7 +362,9 @@ void frmZorvi::Start(const std::string& file) {
         SetWatchFile({});
         WatchFileOptionChk();
     }
-    ShowWindow(Handle(), SW_SHOWNORMAL);
+    // AutoMinimize has already shown the window minimised while the file was
+    // set; showing it normally now would undo that.
+    ShowWindow(Handle(), IsIconic(Handle()) ? SW_SHOWMINNOACTIVE : SW_SHOWNORMAL);
     UpdateWindow(Handle());
 }
 
@@ -534,6 +536,7 @@ void frmZorvi::SetPlayerPanel(const std::string& text, bool enabled) {
 }
 
 void frmZorvi::ChangeTimerIntarval(int interval) {
+    // Never a period of 0 or less: see EffectiveTimerInterval.
     tmrTimer1.SetInterval(EffectiveTimerInterval(interval));
 }
 

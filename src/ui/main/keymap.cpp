@@ -1,4 +1,5 @@
-// Form_KeyDown's table: F1 to F12 alone, with Ctrl, and Alt with anything.
+// Form_KeyDown's table: F1 to F12 alone, with Ctrl, and Alt with anything
+// but the system's own keys.
 #include "ui/main/keymap.h"
 
 #include "ui/main/key_move.h"
@@ -9,6 +10,14 @@ namespace {
 constexpr int kF1 = 112;
 constexpr int kF2 = 113;
 constexpr int kF12 = 123;
+
+// Alt with these is the system's own: close (F4), the window menu (Space),
+// switching windows (Tab, Esc). They must reach the default processing,
+// popup or not.
+bool IsSystemAltKey(int keyCode) {
+    constexpr int kTab = 9, kEscape = 27, kSpace = 32, kF4 = 115;
+    return keyCode == kF4 || keyCode == kSpace || keyCode == kTab || keyCode == kEscape;
+}
 
 MainCommand PlainKey(int keyCode) {
     switch (keyCode - kF1 + 1) {
@@ -35,7 +44,9 @@ MainCommand MainKeyCommand(int keyCode, int shift, bool useAltPopUp) {
         if (keyCode == kF1) return MainCommand::About;
         if (keyCode >= kF2 && keyCode <= kF12) return MainCommand::NextLayout;
         return MainCommand::None;
-    case kAltBit: return useAltPopUp ? MainCommand::PopupMenu : MainCommand::None;
+    case kAltBit:
+        return useAltPopUp && !IsSystemAltKey(keyCode) ? MainCommand::PopupMenu
+                                                       : MainCommand::None;
     default:
         // Shift alone and every combination of two or three modifiers.
         return MainCommand::None;

@@ -14,7 +14,7 @@ enum class MainCommand {
     Play,         // F6
     ShowLog,      // F7
     Configure,    // F8
-    PopupMenu,    // F9, or Alt with any key when the Alt popup is on
+    PopupMenu,    // F9; with the Alt popup on, Alt with any key but F4, Space, Tab, Esc
     Minimize,     // F11
     Exit,         // F12
     NextLayout,   // Ctrl+F2 ... Ctrl+F12

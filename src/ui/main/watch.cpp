@@ -36,6 +36,10 @@ AfterTickCompile AfterTickCompileRule(bool watchStillOn, std::string_view target
 }
 
 unsigned EffectiveTimerInterval(int milliseconds) {
+    // A period of 0 would tick as fast as the message queue runs, reading the
+    // target's time in a busy loop, and a negative one, turned into the
+    // platform's unsigned period, would hardly ever tick. 10 ms is also the
+    // shortest period Windows keeps for any timer.
     constexpr int kShortest = 10;
     return static_cast<unsigned>(milliseconds < kShortest ? kShortest : milliseconds);
 }

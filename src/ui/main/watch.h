@@ -34,7 +34,8 @@ struct AfterTickCompile {
 AfterTickCompile AfterTickCompileRule(bool watchStillOn, std::string_view targetBefore,
                                       std::string_view targetNow);
 
-// The timer period actually set: at least 10 ms, whatever the setting says.
+// The timer period actually set: at least 10 ms, whatever the setting says,
+// so that the watch timer never spins.
 unsigned EffectiveTimerInterval(int milliseconds);
 
 // "<file name> - <title> v<version>", or "<title> v<version>" without a target.

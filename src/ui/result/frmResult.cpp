@@ -4,9 +4,11 @@
 
 #include <commctrl.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "core/instance_win.h"
 #include "core/mdlMain.h"
@@ -43,9 +45,9 @@ ResultTexts CurrentTexts() {
             LoadText(ids::kZeroByteFileGenerated), LoadText(ids::kLogFileNotFound)};
 }
 
-std::wstring Caption(const std::string& log) {
+std::wstring Caption(const std::string& log, bool named) {
     std::wstring caption = Widen(mdlMain::AppTitle()) + L" - " + LoadText(ids::kMenuLogWindow);
-    if (!mdlMain::TargetFile().empty()) caption += L" - " + Widen(mdlFile::GetFileName(log));
+    if (named) caption += L" - " + Widen(mdlFile::GetFileName(log));
     return caption;
 }
 
@@ -81,6 +83,11 @@ bool IsCloseKey(int keyCode) {
 
 bool AutoCloseOn() { return ReadIniFlag(keys::kAutoClose, mdlMain::MainSettingsPath()); }
 
+std::function<void(const std::string&)>& BeforeLogRead() {
+    static std::function<void(const std::string&)> hook;
+    return hook;
+}
+
 }  // namespace
 
 frmResult::~frmResult() {
@@ -95,7 +102,7 @@ bool frmResult::Create() {
     const ScreenDpi dpi = GetScreenDpi();
     // Owned by the application window, so that a second start finds it as
     // the last active popup; WS_EX_APPWINDOW keeps its own taskbar button.
-    if (!CreateNative(WS_EX_APPWINDOW, Caption({}).c_str(), WS_OVERLAPPEDWINDOW, 0, 0,
+    if (!CreateNative(WS_EX_APPWINDOW, Caption({}, false).c_str(), WS_OVERLAPPEDWINDOW, 0, 0,
                       TwipsToPixels(keys::kResultWidth.fallback, dpi.x),
                       TwipsToPixels(keys::kResultHeight.fallback, dpi.y), ApplicationWindow(),
                       icon)) {
@@ -144,23 +151,29 @@ bool frmResult::Create() {
     return true;
 }
 
-void frmResult::ShowResult(int mode) {
+void frmResult::ShowResult(int mode, const std::string& logPath) {
     if (Handle() == nullptr && !Create()) return;
+    // An unreadable log (locked, vanished since the existence test) keeps the
+    // previous text, and beside the main window the result window stays as it
+    // was. A command-line run has nothing but this window: left hidden, the
+    // run would end without a word, so there it is shown all the same.
+    const bool showUnread = !mdlMain::InteractiveMode();
     try {
-        const std::string log = mdlFile::ChangeExtension(mdlMain::TargetFile(), "log");
-        std::wstring text;
-        if (!mdlFile::FileExists(log)) {
-            text = MissingLogText(mode, CurrentTexts());
-        } else {
-            auto read = ReadLogText(log, mode);
-            // Unreadable: keep the previous text and stay where we are.
-            if (!read) return;
-            text = std::move(*read);
+        const bool named = !logPath.empty() || !mdlMain::TargetFile().empty();
+        const std::string log =
+            logPath.empty() ? mdlFile::ChangeExtension(mdlMain::TargetFile(), "log") : logPath;
+        const bool exists = mdlFile::FileExists(log);
+        if (exists && BeforeLogRead()) BeforeLogRead()(log);
+        const std::optional<std::wstring> text =
+            exists ? ReadLogText(log, mode) : MissingLogText(mode, CurrentTexts());
+        if (text) {
+            SetWindowTextW(txtText_, text->c_str());
+            SetWindowTextW(Handle(), Caption(log, named).c_str());
+        } else if (!showUnread) {
+            return;
         }
-        SetWindowTextW(txtText_, text.c_str());
-        SetWindowTextW(Handle(), Caption(log).c_str());
     } catch (...) {
-        return;  // out of memory: as unreadable
+        if (!showUnread) return;  // out of memory: as unreadable
     }
     SetForegroundWindow(Handle());
     ShowWindow(Handle(), SW_RESTORE);
@@ -296,6 +309,10 @@ frmResult& ResultWindow() {
 }
 
 void ReleaseResultWindow() { ResultWindowObject().Unload(); }
+
+void SetBeforeLogReadForTesting(std::function<void(const std::string& log)> hook) {
+    BeforeLogRead() = std::move(hook);
+}
 
 int RunResultWindowUntilClosed() {
     frmResult& window = ResultWindow();

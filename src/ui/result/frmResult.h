@@ -2,7 +2,9 @@
 // of the last compile, in a read-only text box that fills the window.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 #include "ui/window_base.h"
@@ -19,10 +21,12 @@ public:
     // Creates the window hidden and places it from ResultWindow/Left, Top,
     // Width and Height.
     bool Create();
-    // Fills the text box from the log of the current target file (mode 0
-    // plain, 1 compile error, 2 zero-byte output) and brings the window to
-    // the front. A log that cannot be read leaves text and window as they were.
-    void ShowResult(int mode);
+    // Fills the text box from logPath, or when it is empty from the log of
+    // the current target file (mode 0 plain, 1 compile error, 2 zero-byte
+    // output), and brings the window to the front. A log that cannot be read
+    // leaves the text as it was, and the window too unless this is a
+    // command-line run, where it is shown all the same.
+    void ShowResult(int mode, const std::string& logPath = {});
     // The hide of AutoClose. In a command-line run there is no way back to a
     // hidden window, so there it closes the window and with it the run.
     void HideResult();
@@ -57,5 +61,9 @@ void ReleaseResultWindow();
 // Serves messages while the result window is shown, for the command-line runs
 // that have no main window; returns once it is closed or hidden.
 int RunResultWindowUntilClosed();
+
+// Called with the log's path between its existence test and its read; tests
+// make the log vanish there. None unless a test sets one.
+void SetBeforeLogReadForTesting(std::function<void(const std::string& log)> hook);
 
 }  // namespace zorvi

@@ -6,11 +6,13 @@
 #include <commdlg.h>
 #include <dlgs.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <functional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "files/path_text.h"
 #include "files/path_win.h"
@@ -194,8 +196,13 @@ std::string UniqueTitle(const std::string& what) {
     return "Zorvi test " + what + " " + std::to_string(GetCurrentProcessId());
 }
 
+// The same folder, whatever form either is written in, and the same name: the
+// file itself need not exist (a save dialog creates nothing).
 bool SamePath(const std::string& a, const std::string& b) {
-    return _stricmp(mdlFile::GetLongPath(a).c_str(), mdlFile::GetLongPath(b).c_str()) == 0;
+    const std::string folderA = mdlFile::GetLongPath(mdlFile::GetParentFolder(a));
+    const std::string folderB = mdlFile::GetLongPath(mdlFile::GetParentFolder(b));
+    return !folderA.empty() && _stricmp(folderA.c_str(), folderB.c_str()) == 0 &&
+           mdlFile::GetFileName(a) == mdlFile::GetFileName(b);
 }
 
 TEST(CommonDlg, RealDialogsCancelledAndAnswered) {
@@ -248,6 +255,56 @@ TEST(CommonDlg, RealDialogsCancelledAndAnswered) {
             EXPECT_PRED2(SamePath, dialog.FileName, folder / c.fileName);
             EXPECT_EQ(dialog.FileTitle, c.fileTitle);
         }
+    }
+}
+
+TEST(CommonDlg, MultipleSelectionKeepsFolderAndNamesNulSeparated) {
+    TempFolder folder;
+    folder.Write("a.mml", "o4 c");
+    folder.Write("b.mml", "o4 d");
+    const struct {
+        const char* name;
+        std::string typed;
+        std::vector<std::string> names;  // after the folder; none: one whole path
+    } cases[] = {
+        {"two files", "\"a.mml\" \"b.mml\"", {"a.mml", "b.mml"}},
+        {"one file", "b.mml", {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        clsCommonDlg dialog;
+        dialog.DialogTitle = UniqueTitle(c.name);
+        dialog.SetFilter("MML File (*.mml)|*.mml");
+        dialog.FilterIndex = 1;
+        dialog.InitDir = folder.Path();
+        dialog.CancelError = true;
+        // The explorer style is the one that separates the names with NULs.
+        dialog.Flags = OFN_ALLOWMULTISELECT | OFN_EXPLORER;
+        {
+            DialogAnswerer answerer(dialog.DialogTitle, TypeAndAccept(c.typed));
+            dialog.ShowOpen();
+            answerer.Finish();
+            EXPECT_TRUE(answerer.Answered());
+        }
+        ASSERT_FALSE(dialog.CancelButton);
+        EXPECT_EQ(dialog.ErrNumber, 0u);
+        if (c.names.empty()) {
+            EXPECT_EQ(dialog.FileName.find('\0'), std::string::npos);
+            EXPECT_PRED2(SamePath, dialog.FileName, folder / "b.mml");
+            continue;
+        }
+        std::vector<std::string> parts;
+        for (std::size_t start = 0; start <= dialog.FileName.size();) {
+            const auto nul = std::min(dialog.FileName.find('\0', start), dialog.FileName.size());
+            parts.push_back(dialog.FileName.substr(start, nul - start));
+            start = nul + 1;
+        }
+        ASSERT_EQ(parts.size(), c.names.size() + 1) << dialog.FileName;
+        EXPECT_EQ(_stricmp(mdlFile::GetLongPath(parts[0]).c_str(),
+                           mdlFile::GetLongPath(folder.Path()).c_str()),
+                  0)
+            << parts[0];
+        EXPECT_EQ(std::vector<std::string>(parts.begin() + 1, parts.end()), c.names);
     }
 }
 

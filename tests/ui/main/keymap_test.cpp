@@ -30,6 +30,10 @@ TEST(KeyMap, FunctionKeysAndModifiers) {
         {F(5), 7, true, C::None},         {F(5), 4, false, C::None},
         {F(5), 4, true, C::PopupMenu},    {18, 4, true, C::PopupMenu},
         {'X', 4, true, C::PopupMenu},     {F(12), 8, false, C::None},
+        // Alt with the system's keys is left to the system, popup or not.
+        {F(4), 4, true, C::None},         {F(4), 4, false, C::None},
+        {' ', 4, true, C::None},          {9, 4, true, C::None},
+        {27, 4, true, C::None},           {F(3), 4, true, C::PopupMenu},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.key) + "/" + std::to_string(c.shift));

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include "core/mdlMain.h"
 #include "settings/ini_win.h"
 #include "support/temp_folder.h"
+#include "support/wait.h"
 #include "ui/main/mdlView.h"
 #include "ui/main/placement.h"
 #include "ui/result/frmResult.h"
@@ -81,15 +83,6 @@ private:
     BYTE saved_[256];
 };
 
-std::wstring TextOf(HWND window) {
-    const auto length = static_cast<int>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
-    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-    const auto got = static_cast<int>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data())));
-    text.resize(static_cast<std::size_t>(got));
-    return text;
-}
-
 // Serves what has been posted to this thread so far.
 void PumpMessages() {
     MSG message;
@@ -149,7 +142,7 @@ TEST(ResultWindow, ShowsTheLogOfTheTargetWithTheVerdict) {
         ASSERT_TRUE(window.Create());
         EXPECT_FALSE(IsWindowVisible(window.Handle()));
         window.ShowResult(c.mode);
-        EXPECT_EQ(TextOf(window.TextBox()), c.expected);
+        EXPECT_EQ(testing::WindowText(window.TextBox()), c.expected);
         EXPECT_TRUE(IsWindowVisible(window.Handle()));
     }
 }
@@ -162,36 +155,94 @@ TEST(ResultWindow, ALongLogIsCutAtTheTextBoxLimit) {
     for (const int mode : {0, 1}) {
         SCOPED_TRACE(mode);
         window.ShowResult(mode);
-        const std::wstring text = TextOf(window.TextBox());
+        const std::wstring text = testing::WindowText(window.TextBox());
         EXPECT_EQ(text.size(), 65535u);
         EXPECT_EQ(text.rfind(mode == 1 ? L"Zorvi:Detect compiling error.\r\n" : L"line 0\r\n", 0),
                   0u);
     }
-    const std::wstring caption = TextOf(window.Handle());
+    const std::wstring caption = testing::WindowText(window.Handle());
     EXPECT_NE(caption.find(L"piece.log"), std::wstring::npos) << caption.c_str();
 }
 
-TEST(ResultWindow, ALockedLogKeepsThePreviousTextAndTheWindowWhereItWas) {
-    ResultScope scope(true);
-    scope.WriteLog("first\n");
-    frmResult window;
-    ASSERT_TRUE(window.Create());
-    window.ShowResult(0);
-    ASSERT_EQ(TextOf(window.TextBox()), L"first\r\n");
-    window.HideResult();
-    scope.WriteLog("second\n");
+// Holds the log unreadable while it lives: locked by an open without
+// sharing, or deleted right after its existence test, before the read.
+class UnreadableLog {
+public:
+    enum class Way { Locked, Vanishing };
+    UnreadableLog(const std::string& path, Way way) {
+        if (way == Way::Vanishing) {
+            SetBeforeLogReadForTesting([](const std::string& log) { DeleteFileA(log.c_str()); });
+            hooked_ = true;
+            return;
+        }
+        lock_ = CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+    }
+    ~UnreadableLog() { Release(); }
+    UnreadableLog(const UnreadableLog&) = delete;
+    UnreadableLog& operator=(const UnreadableLog&) = delete;
 
-    const HANDLE lock = CreateFileA(scope.LogPath().c_str(), GENERIC_READ, 0, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-    window.ShowResult(1);
-    EXPECT_EQ(TextOf(window.TextBox()), L"first\r\n");
-    EXPECT_FALSE(IsWindowVisible(window.Handle()));
-    CloseHandle(lock);
+    bool Held() const { return hooked_ || lock_ != INVALID_HANDLE_VALUE; }
+    void Release() {
+        if (hooked_) SetBeforeLogReadForTesting(nullptr);
+        hooked_ = false;
+        if (lock_ != INVALID_HANDLE_VALUE) CloseHandle(lock_);
+        lock_ = INVALID_HANDLE_VALUE;
+    }
 
-    window.ShowResult(0);
-    EXPECT_EQ(TextOf(window.TextBox()), L"second\r\n");
-    EXPECT_TRUE(IsWindowVisible(window.Handle()));
+private:
+    HANDLE lock_ = INVALID_HANDLE_VALUE;
+    bool hooked_ = false;
+};
+
+TEST(ResultWindow, AnUnreadableLogKeepsThePreviousText) {
+    using Way = UnreadableLog::Way;
+    const struct {
+        const char* name;
+        Way way;
+        bool interactive;
+        bool shownBefore;           // "first" was shown, then the window hidden
+        std::wstring textUnread;    // while the log cannot be read
+        bool visibleUnread;
+        std::wstring textAfter;     // once it is released
+    } cases[] = {
+        {"locked, beside the main window: stays hidden", Way::Locked, true, true, L"first\r\n",
+         false, L"second\r\n"},
+        {"locked, command-line run: shown all the same", Way::Locked, false, true, L"first\r\n",
+         true, L"second\r\n"},
+        {"locked, command-line run, first show: shown empty", Way::Locked, false, false, L"", true,
+         L"second\r\n"},
+        {"vanishing, beside the main window", Way::Vanishing, true, true, L"first\r\n", false,
+         L"Zorvi:Log file not found.\r\n"},
+        {"vanishing, command-line run", Way::Vanishing, false, false, L"", true,
+         L"Zorvi:Log file not found.\r\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        ResultScope scope(c.interactive);
+        frmResult window;
+        ASSERT_TRUE(window.Create());
+        if (c.shownBefore) {
+            scope.WriteLog("first\n");
+            window.ShowResult(0);
+            ASSERT_EQ(testing::WindowText(window.TextBox()), L"first\r\n");
+            ShowWindow(window.Handle(), SW_HIDE);
+        }
+        scope.WriteLog("second\n");
+
+        UnreadableLog unreadable(scope.LogPath(), c.way);
+        ASSERT_TRUE(unreadable.Held());
+        window.ShowResult(1);
+        EXPECT_EQ(GetFileAttributesA(scope.LogPath().c_str()) == INVALID_FILE_ATTRIBUTES,
+                  c.way == Way::Vanishing);
+        EXPECT_EQ(testing::WindowText(window.TextBox()), c.textUnread);
+        EXPECT_EQ(IsWindowVisible(window.Handle()) != FALSE, c.visibleUnread);
+        unreadable.Release();
+
+        window.ShowResult(0);
+        EXPECT_EQ(testing::WindowText(window.TextBox()), c.textAfter);
+        EXPECT_TRUE(IsWindowVisible(window.Handle()));
+    }
 }
 
 TEST(ResultWindow, KeysHideOrCloseAsTheModeAndAutoCloseSay) {
@@ -354,11 +405,19 @@ TEST(ResultWindow, ClosingSavesThePlaceOnlyInTheNormalState) {
 TEST(ResultWindow, AutoCloseHidesTheWindowWhenItLosesTheFocus) {
     const struct {
         const char* autoClose;
+        bool interactive;
         Shown expected;
-    } cases[] = {{"0", Shown::Visible}, {"1", Shown::Hidden}, {"-1", Shown::Hidden}};
+    } cases[] = {
+        {"0", true, Shown::Visible},
+        {"1", true, Shown::Hidden},
+        {"-1", true, Shown::Hidden},
+        {"0", false, Shown::Visible},
+        // A command-line run has no way back to a hidden window.
+        {"1", false, Shown::Closed},
+    };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.autoClose);
-        ResultScope scope(true);
+        SCOPED_TRACE(::testing::Message() << c.autoClose << (c.interactive ? ", interactive" : ", command line"));
+        ResultScope scope(c.interactive);
         WriteIni("ResultWindow", "AutoClose", c.autoClose, mdlMain::MainSettingsPath());
         scope.WriteLog("log\n");
         frmResult window;
@@ -377,29 +436,56 @@ TEST(ResultWindow, AutoCloseHidesTheWindowWhenItLosesTheFocus) {
     }
 }
 
+// Every way the window goes ends a command-line run: the loop that serves it
+// returns, and the window is gone, not hidden.
 TEST(ResultWindow, ACommandLineRunLastsUntilTheWindowCloses) {
-    ResultScope scope(false);
-    scope.WriteLog("log\n");
-    frmResult& window = ResultWindow();
-    // Never shown: nothing to wait for.
-    EXPECT_EQ(RunResultWindowUntilClosed(), 0);
+    HWND other = nullptr;  // the window that takes the focus
+    const struct {
+        const char* name;
+        const char* autoClose;
+        std::function<void(frmResult&)> leave;  // what the user does, served by the loop
+    } cases[] = {
+        {"Esc", "0",
+         [](frmResult& window) { PostMessageW(window.TextBox(), WM_KEYDOWN, VK_ESCAPE, 1); }},
+        {"close box", "0",
+         [](frmResult& window) { PostMessageW(window.Handle(), WM_CLOSE, 0, 0); }},
+        {"another window takes the focus, with AutoClose", "1",
+         [&other](frmResult& window) {
+             SetActiveWindow(window.Handle());
+             other = CreateWindowExW(0, L"STATIC", L"elsewhere", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                                     600, 600, 200, 100, nullptr, nullptr,
+                                     GetModuleHandleW(nullptr), nullptr);
+             SetActiveWindow(other);
+         }},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        ResultScope scope(false);
+        WriteIni("ResultWindow", "AutoClose", c.autoClose, mdlMain::MainSettingsPath());
+        scope.WriteLog("log\n");
+        frmResult& window = ResultWindow();
+        // Never shown: nothing to wait for.
+        EXPECT_EQ(RunResultWindowUntilClosed(), 0);
 
-    window.ShowResult(1);
-    ASSERT_TRUE(IsWindowVisible(window.Handle()));
-    // Should the key go astray, the window is closed all the same after a while.
-    static HWND shown = nullptr;
-    shown = window.Handle();
-    const UINT_PTR timer =
-        SetTimer(nullptr, 0, 10000, [](HWND, UINT, UINT_PTR, DWORD) { DestroyWindow(shown); });
-    PostMessageW(window.TextBox(), WM_KEYDOWN, VK_ESCAPE, 1);
-    const DWORD started = GetTickCount();
-    EXPECT_EQ(RunResultWindowUntilClosed(), 0);
-    EXPECT_LT(GetTickCount() - started, 5000u);
-    KillTimer(nullptr, timer);
-    EXPECT_EQ(window.Handle(), nullptr);
-    EXPECT_FALSE(IsWindow(shown));
-    // A command-line run's close saves the place like any other.
-    EXPECT_NE(scope.Settings().find("[ResultWindow]"), std::string::npos);
+        window.ShowResult(1);
+        ASSERT_TRUE(IsWindowVisible(window.Handle()));
+        // Should the user's action go astray, the window is closed all the same after a while.
+        static HWND shown = nullptr;
+        shown = window.Handle();
+        const UINT_PTR timer =
+            SetTimer(nullptr, 0, 10000, [](HWND, UINT, UINT_PTR, DWORD) { DestroyWindow(shown); });
+        c.leave(window);
+        const DWORD started = GetTickCount();
+        EXPECT_EQ(RunResultWindowUntilClosed(), 0);
+        EXPECT_LT(GetTickCount() - started, 5000u);
+        KillTimer(nullptr, timer);
+        EXPECT_EQ(window.Handle(), nullptr);
+        EXPECT_FALSE(IsWindow(shown));
+        if (other != nullptr) DestroyWindow(other);
+        other = nullptr;
+        // A command-line run's close saves the place like any other.
+        EXPECT_NE(scope.Settings().find("\r\nTop="), std::string::npos) << scope.Settings();
+    }
 }
 
 }  // namespace

@@ -88,6 +88,7 @@ TEST(ResultText, LinesComeOutWithCrLf) {
         int mode;
         std::string log;
         std::wstring expected;
+        DecodeLogBytes decode = Latin1;
     } cases[] = {
         {"empty, plain", 0, "", L""},
         {"empty, compile error", 1, "", kErrorHeader},
@@ -108,10 +109,19 @@ TEST(ResultText, LinesComeOutWithCrLf) {
         {"one byte", 0, "x", L"x\r"},
         {"one byte after an empty line", 0, "\nx", L"\r\nx\r"},
         {"two bytes", 0, "xy", L"xy\r\n"},
+        // Invalid double-byte text: a lead byte without its trail byte. Each
+        // line is decoded alone, so the line end is never taken as a trail.
+        {"lone lead byte before LF", 0, "a\x82\nb\x82\xa0\n", L"a?\r\nb\x30a0\r\n", DoubleByte},
+        {"lone lead byte before CR LF", 0, "a\x82\r\nb\r\n", L"a?\r\nb\r\n", DoubleByte},
+        {"lone lead byte ending the log", 0, "ok\nab\x82", L"ok\r\nab?\r\n", DoubleByte},
+        {"lone lead byte as the whole log", 0, "\x82", L"?\r", DoubleByte},
+        // A CR ending the log is a character of the line, here a trail byte.
+        {"lead byte before a CR ending the log", 1, "a\x82\r", kErrorHeader + L"a\x300d\r\n",
+         DoubleByte},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(Build(c.mode, c.log), c.expected);
+        EXPECT_EQ(BuildResultText(c.mode, kTexts, c.log, c.decode), c.expected);
     }
 }
 
