@@ -133,22 +133,6 @@ HBITMAP GreyedImage(HICON icon, int size) {
     return greyed;
 }
 
-// The result window, only if it was ever made: asking ResultWindow() would create it.
-HWND ExistingResultWindow() {
-    HWND found = nullptr;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM param) -> BOOL {
-            wchar_t name[64] = {};
-            GetClassNameW(window, name, 64);
-            if (std::wstring_view(name) != frmResult::ClassName()) return TRUE;
-            *reinterpret_cast<HWND*>(param) = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------- tmrTimer1
@@ -977,7 +961,7 @@ void frmZorvi::OnDropFiles(HDROP drop) {
 void frmZorvi::Unload() {
     mdlMain::SetShuttingDown();
     tmrTimer1.SetEnabled(false);
-    if (const HWND result = ExistingResultWindow(); result != nullptr) ResultWindow().Unload();
+    ReleaseResultWindow();
     SaveGeometry();
     if (ReadIniFlag(keys::kAutoShutDown, MainFile())) EndLaunchedPrograms();
     DestroyWindow(Handle());
