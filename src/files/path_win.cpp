@@ -7,6 +7,7 @@
 
 #include <exception>
 
+#include "core/handles_win.h"
 #include "core/text.h"
 #include "files/path_text.h"
 #include "ui/dialogs/clsCommonDlg.h"
@@ -42,15 +43,14 @@ bool IsNormalFile(const WIN32_FIND_DATAA& found) {
 template <typename Visit>
 void ForEachFile(const std::string& pattern, Visit visit) {
     WIN32_FIND_DATAA found{};
-    const HANDLE search = FindFirstFileA(PathBuffer(pattern).c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return;
+    const UniqueFindHandle search(FindFirstFileA(PathBuffer(pattern).c_str(), &found));
+    if (!search) return;
     do {
         if (IsNormalFile(found) &&
             !visit(TrimNull(std::string_view(found.cFileName, sizeof found.cFileName)))) {
             break;
         }
-    } while (FindNextFileA(search, &found));
-    FindClose(search);
+    } while (FindNextFileA(search.get(), &found));
 }
 
 }  // namespace
@@ -112,9 +112,8 @@ std::string GetFolderOf(const std::string& path) { return AddBackslash(GetParent
 std::string GetLongPath(const std::string& path) {
     return LongPathOf(path, [](const std::string& prefix) -> std::optional<std::string> {
         WIN32_FIND_DATAA found{};
-        const HANDLE search = FindFirstFileA(PathBuffer(prefix).c_str(), &found);
-        if (search == INVALID_HANDLE_VALUE) return std::nullopt;
-        FindClose(search);
+        const UniqueFindHandle search(FindFirstFileA(PathBuffer(prefix).c_str(), &found));
+        if (!search) return std::nullopt;
         return TrimNull(std::string_view(found.cFileName, sizeof found.cFileName));
     });
 }
@@ -194,7 +193,7 @@ std::string GetUniqueTempName(const std::string& path) {
 bool BrowseForFile(HWND ownerWindow, const std::string& title, const std::string& filter,
                    DWORD flags, const std::string& initialFolder, std::string& fileName) {
     clsCommonDlg dialog;
-    dialog.SetOwner(ownerWindow);
+    dialog.Owner = ownerWindow;
     dialog.DialogTitle = title;
     dialog.SetFilter(filter);
     dialog.FilterIndex = 1;

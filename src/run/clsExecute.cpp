@@ -18,21 +18,6 @@ constexpr DWORD kPollMilliseconds = 100;
 // the pump busy for ever; after this many the wait checks its process again.
 constexpr int kMessagesPerRound = 10000;
 
-// Closes the handle it holds when it goes out of scope.
-class UniqueHandle {
-public:
-    explicit UniqueHandle(HANDLE handle) : handle_(handle) {}
-    ~UniqueHandle() {
-        if (handle_) CloseHandle(handle_);
-    }
-    UniqueHandle(const UniqueHandle&) = delete;
-    UniqueHandle& operator=(const UniqueHandle&) = delete;
-    HANDLE get() const { return handle_; }
-
-private:
-    HANDLE handle_;
-};
-
 std::vector<LaunchedProgram>& Launched() {
     static std::vector<LaunchedProgram> list(1);
     return list;
@@ -60,13 +45,13 @@ bool PumpMessages() {
 clsExecute::~clsExecute() { aborted_ = true; }
 
 bool clsExecute::RunProgram(const std::string& program, const std::string& parameters,
-                            const std::string& directory, HANDLE& processHandle,
+                            const std::string& directory, UniqueHandle& process,
                             DWORD& exitCode, int showCommand, HWND ownerWindow, bool wait) {
     startError_ = ERROR_SUCCESS;
+    process.reset();
     // An empty name names nothing: neither the shell nor the plain start is asked.
     if (program.empty()) {
         startError_ = ERROR_FILE_NOT_FOUND;
-        processHandle = nullptr;
         return false;
     }
     std::string quoted;
@@ -74,7 +59,6 @@ bool clsExecute::RunProgram(const std::string& program, const std::string& param
         quoted = QuoteParameters(parameters);
     } catch (...) {
         startError_ = ERROR_NOT_ENOUGH_MEMORY;
-        processHandle = nullptr;
         return false;
     }
 
@@ -96,18 +80,16 @@ bool clsExecute::RunProgram(const std::string& program, const std::string& param
         // The plain start would drop the parameters: a waited interpreter
         // without its "/C script" is an interactive one, and the wait would
         // never end. Only launches that lose nothing by it may fall back.
-        if (wait && !parameters.empty()) {
-            processHandle = nullptr;
-            return false;
-        }
-        return StartWithoutShell(program, processHandle, exitCode, wait);
+        if (wait && !parameters.empty()) return false;
+        return StartWithoutShell(program, process, exitCode, wait);
     }
 
+    UniqueHandle started(info.hProcess);
     if (wait) {
-        UniqueHandle process(info.hProcess);
-        WaitForEnd(process.get(), exitCode);
+        WaitForEnd(started.get(), exitCode);
+    } else {
+        process = std::move(started);
     }
-    processHandle = info.hProcess;
     return true;
 }
 
@@ -116,7 +98,7 @@ bool clsExecute::RunProgram(const std::string& program, const std::string& param
 // command typed with its arguments into the program field starts this way.
 // The launch's own parameters, show command and folder are not passed: the
 // text is started as it stands.
-bool clsExecute::StartWithoutShell(const std::string& program, HANDLE& processHandle,
+bool clsExecute::StartWithoutShell(const std::string& program, UniqueHandle& process,
                                    DWORD& exitCode, bool wait) {
     PROCESS_INFORMATION started{};
     try {
@@ -135,33 +117,37 @@ bool clsExecute::StartWithoutShell(const std::string& program, HANDLE& processHa
         started = {};
     }
     UniqueHandle thread(started.hThread);
-    UniqueHandle process(started.hProcess);
-    if (started.dwProcessId == 0) {
-        processHandle = nullptr;
-        return false;
-    }
+    UniqueHandle handle(started.hProcess);
+    if (started.dwProcessId == 0) return false;
     startError_ = ERROR_SUCCESS;
     if (wait) {
         // Our own handle stays open meanwhile, so the id cannot pass to
-        // another process before it is opened here.
-        UniqueHandle waited(OpenProcess(PROCESS_QUERY_INFORMATION, TRUE, started.dwProcessId));
+        // another process before it is opened here; waiting needs SYNCHRONIZE.
+        UniqueHandle waited(OpenProcess(PROCESS_QUERY_INFORMATION | SYNCHRONIZE, TRUE,
+                                        started.dwProcessId));
         WaitForEnd(waited.get(), exitCode);
+    } else {
+        // Handed over like a shell start's, so the shut-down pass can end it.
+        process = std::move(handle);
     }
     return true;
 }
 
-// Polls every 100 ms: read the exit code, serve the windows, sleep, then
-// decide. A program that has already ended thus still costs one round.
+// Each round reads the exit code, serves the windows, decides, and then
+// sleeps until the program ends, a message arrives or 100 ms pass, so an
+// ending is seen at once and the windows stay responsive without the wait
+// using the processor.
 void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
     for (;;) {
         DWORD code = 0;
         const bool known = process != nullptr && GetExitCodeProcess(process, &code);
         if (known) exitCode = code;
         if (!PumpMessages()) return;
-        Sleep(kPollMilliseconds);
         // A handle whose exit code cannot be read will never report an end:
         // stop rather than poll for ever.
         if (aborted_ || !known || exitCode != STILL_ACTIVE) return;
+        MsgWaitForMultipleObjectsEx(1, &process, kPollMilliseconds, QS_ALLINPUT,
+                                    MWMO_INPUTAVAILABLE);
     }
 }
 
@@ -169,22 +155,18 @@ bool LaunchAndRecord(bool record, const std::string& program, const std::string&
                      const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
                      DWORD& exitCode) {
     clsExecute runner;
-    HANDLE processHandle = nullptr;
-    if (!runner.RunProgram(program, parameters, directory, processHandle, exitCode, showCommand,
+    UniqueHandle process;
+    if (!runner.RunProgram(program, parameters, directory, process, exitCode, showCommand,
                            ownerWindow, wait)) {
         return false;
     }
-    // After a wait the runner has closed the handle itself.
-    const bool open = !wait && processHandle != nullptr;
     if (record) {
         try {
-            Launched().push_back({mdlFile::GetFileName(program), program, processHandle, !open});
-            return true;
+            Launched().push_back({mdlFile::GetFileName(program), program, std::move(process)});
         } catch (...) {
+            // Unrecorded, the program simply outlives Zorvi.
         }
     }
-    // Nobody will end this program later, so nobody needs its handle.
-    if (open) CloseHandle(processHandle);
     return true;
 }
 
@@ -198,12 +180,9 @@ bool ExecuteProgram(const std::string& program, const std::string& parameters,
 const std::vector<LaunchedProgram>& LaunchedPrograms() { return Launched(); }
 
 void EndProcess(LaunchedProgram& program) {
-    if (!program.handleClosed && program.ProcessHandle != nullptr) {
-        // Failures are of no interest: the program may have ended long ago.
-        TerminateProcess(program.ProcessHandle, 0);
-        CloseHandle(program.ProcessHandle);
-    }
-    program.handleClosed = true;
+    // Failures are of no interest: the program may have ended long ago.
+    if (program.ProcessHandle) TerminateProcess(program.ProcessHandle.get(), 0);
+    program.ProcessHandle.reset();
 }
 
 void EndLaunchedPrograms() {

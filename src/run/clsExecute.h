@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "core/handles_win.h"
+
 namespace zorvi {
 
 // One launch through the shell, optionally waited for while the program's
@@ -18,14 +20,14 @@ public:
     clsExecute(const clsExecute&) = delete;
     clsExecute& operator=(const clsExecute&) = delete;
 
-    // True when a program was started. After a wait the handle given back is
-    // already closed (only its value remains); without a wait it is open and
-    // the caller owns it. The plain start used when the shell refuses passes
-    // no parameters and leaves processHandle as it was; a waited launch with
-    // parameters never takes it. Nothing started sets processHandle to 0.
-    // exitCode is written only while waiting.
+    // True when a program was started. Without a wait the caller is handed
+    // the open process handle; after a wait, or when nothing started, process
+    // is left empty, so no caller ever holds a handle that is closed. The
+    // plain start used when the shell refuses passes no parameters; a waited
+    // launch with parameters never takes it. exitCode is written only while
+    // waiting.
     bool RunProgram(const std::string& program, const std::string& parameters,
-                    const std::string& directory, HANDLE& processHandle, DWORD& exitCode,
+                    const std::string& directory, UniqueHandle& process, DWORD& exitCode,
                     int showCommand, HWND ownerWindow, bool wait);
     bool Aborted() const { return aborted_; }
     void Abort() { aborted_ = true; }  // ends a running wait after its current round
@@ -34,7 +36,7 @@ public:
     DWORD StartError() const { return startError_; }
 
 private:
-    bool StartWithoutShell(const std::string& program, HANDLE& processHandle, DWORD& exitCode,
+    bool StartWithoutShell(const std::string& program, UniqueHandle& process, DWORD& exitCode,
                            bool wait);
     void WaitForEnd(HANDLE process, DWORD& exitCode);
 
@@ -43,10 +45,9 @@ private:
 };
 
 struct LaunchedProgram {
-    std::string FileName;         // what follows the last "\" of Path
-    std::string Path;             // the program as it was given to the launch
-    HANDLE ProcessHandle = nullptr;
-    bool handleClosed = true;     // nothing may touch ProcessHandle any more
+    std::string FileName;  // what follows the last "\" of Path
+    std::string Path;      // the program as it was given to the launch
+    UniqueHandle ProcessHandle;  // empty once the program was waited for or ended
 };
 
 // Starts a program through a fresh clsExecute and records the launch while
@@ -60,7 +61,7 @@ bool LaunchAndRecord(bool record, const std::string& program, const std::string&
                      DWORD& exitCode);
 
 const std::vector<LaunchedProgram>& LaunchedPrograms();  // element 0 is an unused placeholder
-// TerminateProcess + CloseHandle, once; never on a handle already closed.
+// Ends the program and lets its handle go; an entry without a handle is left alone.
 void EndProcess(LaunchedProgram& program);
 void EndLaunchedPrograms();  // EndProcess on entries 1..n
 

@@ -46,8 +46,8 @@ std::wstring SystemMessage(DWORD error) {
     const DWORD length = FormatMessageW(
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
         nullptr, error, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+    const UniqueLocalMemory owned(text);
     std::wstring message = length > 0 && text != nullptr ? std::wstring(text, length) : L"";
-    LocalFree(text);
     while (!message.empty() && (message.back() == L'\n' || message.back() == L'\r')) {
         message.pop_back();
     }
@@ -131,18 +131,18 @@ bool RenameBack(const std::string& shortTarget, const std::string& target,
 }
 
 bool WriteScriptFile(const std::string& path, const std::string& text, TrappedError& error) {
-    const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
+    UniqueHandle file(CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) {
         error = PlatformError(path, GetLastError());
         return false;
     }
     DWORD written = 0;
-    const bool ok = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written,
+    const bool ok = WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written,
                               nullptr) != FALSE &&
                     written == text.size();
     const DWORD writeError = GetLastError();
-    CloseHandle(file);
+    file.reset();
     if (!ok) {
         error = PlatformError(path, writeError == ERROR_SUCCESS ? ERROR_WRITE_FAULT : writeError);
         // A half-written script must not be run by a later compile either.
@@ -409,7 +409,7 @@ bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND 
         stepMode ? SW_SHOWNORMAL
                  : ShowCommandForWindowState(ReadIniInt(cfg::kCUIWindowState, configurationPath));
     clsExecute runner;
-    HANDLE process = nullptr;
+    UniqueHandle process;
     DWORD exitCode = 0;
     const bool started = runner.RunProgram(
         Interpreter(), InterpreterParameters(mdlFile::GetShortPath(ScriptFilePath())), "", process,

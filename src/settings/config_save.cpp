@@ -5,46 +5,84 @@
 
 #include <array>
 
+#include "core/text.h"
 #include "files/path_text.h"
 
 namespace zorvi::settings {
 namespace {
 
-std::string Flag(bool on) { return on ? "1" : "0"; }
+using V = ConfigurationValues;
+using R = SettingsFileRole;
+namespace mf = main_file;
+namespace cf = config_file;
 
-char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+constexpr PlainField Flag(R file, bool V::*field, const IntKey& key) {
+    return {file, field, nullptr, nullptr, &key, nullptr};
+}
+constexpr PlainField Number(R file, int V::*field, const IntKey& key) {
+    return {file, nullptr, field, nullptr, &key, nullptr};
+}
+constexpr PlainField Text(R file, std::string V::*field, const TextKey& key) {
+    return {file, nullptr, nullptr, field, nullptr, &key};
+}
+
+constexpr std::array kBeforeTextBlocks{
+    Flag(R::Main, &V::autoSetFile, mf::kAutoSetFile),
+    Flag(R::Main, &V::autoOpen, mf::kAutoOpen),
+    Flag(R::Main, &V::autoWatch, mf::kAutoWatch),
+    Flag(R::Main, &V::autoMinimize, mf::kAutoMinimize),
+    Flag(R::Main, &V::taskTray, mf::kTaskTray),
+    Flag(R::Main, &V::useAltPopUp, mf::kUseAltPopUp),
+    Flag(R::Main, &V::autoShutDown, mf::kAutoShutDown),
+    Flag(R::Main, &V::autoClose, mf::kAutoClose),
+    Text(R::Main, &V::editor, mf::kEditor),
+    Number(R::Main, &V::editorWindowState, mf::kEditorWindowState),
+    Flag(R::Main, &V::useAssociatedEditor, mf::kUseAssociatedEditor),
+    Flag(R::Configuration, &V::useCUI, cf::kUseCUI),
+    Text(R::Configuration, &V::console, cf::kConsole),
+    Number(R::Configuration, &V::cuiWindowState, cf::kCUIWindowState),
+    Text(R::Configuration, &V::extension, cf::kExtension),
+    Flag(R::Configuration, &V::forceShortName, cf::kForceShortName),
+    Flag(R::Configuration, &V::stepMode, cf::kStepMode),
+    Flag(R::Configuration, &V::detectError, cf::kDetectError),
+    Flag(R::Configuration, &V::useGUI, cf::kUseGUI),
+    Text(R::Configuration, &V::player, cf::kPlayer),
+    Number(R::Configuration, &V::guiWindowState, cf::kGUIWindowState),
+    Flag(R::Configuration, &V::useAssociated, cf::kUseAssociated),
+};
+constexpr std::array kAfterTextBlocks{
+    Number(R::Main, &V::timerInterval, mf::kTimerInterval),
+};
 
 class Planner {
 public:
     explicit Planner(ConfigurationSavePlan& plan) : plan_(plan) {}
 
     void Main(const TextKey& key, std::string value, VisibleChange change = VisibleChange::None) {
-        Add(SettingsFileRole::Main, key.section, key.name, std::move(value), change);
+        Add(R::Main, key.section, key.name, std::move(value), change);
     }
-    void Main(const IntKey& key, int value, VisibleChange change = VisibleChange::None) {
-        Add(SettingsFileRole::Main, key.section, key.name, std::to_string(value), change);
+    void Main(const IntKey& key, int value, VisibleChange change) {
+        Add(R::Main, key.section, key.name, std::to_string(value), change);
     }
-    void Main(const IntKey& key, bool on) {
-        Add(SettingsFileRole::Main, key.section, key.name, Flag(on), VisibleChange::None);
-    }
-    void Config(const TextKey& key, std::string value) {
-        Add(SettingsFileRole::Configuration, key.section, key.name, std::move(value),
-            VisibleChange::None);
-    }
-    void Config(const IntKey& key, int value) {
-        Add(SettingsFileRole::Configuration, key.section, key.name, std::to_string(value),
-            VisibleChange::None);
-    }
-    void Config(const IntKey& key, bool on) {
-        Add(SettingsFileRole::Configuration, key.section, key.name, Flag(on),
-            VisibleChange::None);
+    void Fields(std::span<const PlainField> fields, const V& values) {
+        for (const PlainField& field : fields) {
+            if (field.text != nullptr) {
+                Add(field.file, field.textKey->section, field.textKey->name, values.*field.text,
+                    VisibleChange::None);
+            } else {
+                const std::string value = field.flag != nullptr ? (values.*field.flag ? "1" : "0")
+                                                                : std::to_string(values.*field.number);
+                Add(field.file, field.intKey->section, field.intKey->name, value,
+                    VisibleChange::None);
+            }
+        }
     }
     void All(SettingsFileRole file, std::vector<IniWrite> writes) {
         for (auto& write : writes) plan_.writes.push_back({file, std::move(write)});
     }
 
 private:
-    void Add(SettingsFileRole file, const char* section, const char* key, std::string value,
+    void Add(R file, const char* section, const char* key, std::string value,
              VisibleChange change) {
         plan_.writes.push_back({file, {section, key, std::move(value)}, change});
     }
@@ -54,6 +92,9 @@ private:
 
 }  // namespace
 
+std::span<const PlainField> FieldsBeforeTextBlocks() { return kBeforeTextBlocks; }
+std::span<const PlainField> FieldsAfterTextBlocks() { return kAfterTextBlocks; }
+
 std::string SafeConfigurationName(std::string_view name) {
     // Whatever follows a NUL would never reach the platform's file name.
     return mdlFile::MakeSafeFileName(mdlFile::TrimNull(name));
@@ -61,9 +102,8 @@ std::string SafeConfigurationName(std::string_view name) {
 
 bool IsReservedDeviceName(std::string_view name) {
     // The device wins whatever follows the first dot ("nul.txt" is NUL too).
-    std::string stem(name.substr(0, name.find('.')));
+    std::string stem = AsciiUpper(name.substr(0, name.find('.')));
     while (!stem.empty() && stem.back() == ' ') stem.pop_back();
-    for (char& c : stem) c = AsciiUpper(c);
     static constexpr std::array<std::string_view, 4> kPlain = {"CON", "PRN", "AUX", "NUL"};
     for (auto device : kPlain) {
         if (stem == device) return true;
@@ -80,8 +120,6 @@ ConfigurationSavePlan PlanConfigurationSave(const ConfigurationValues& values,
     plan.required = TextBlockForSaving(values.required);
     if (plan.name.empty()) return plan;
 
-    namespace mf = main_file;
-    namespace cf = config_file;
     Planner add(plan);
 
     add.Main(mf::kDefault, plan.name);
@@ -90,34 +128,12 @@ ConfigurationSavePlan PlanConfigurationSave(const ConfigurationValues& values,
     if (int{values.alwaysTop} != stored.alwaysTop) {
         add.Main(mf::kAlwaysTop, int{values.alwaysTop}, VisibleChange::AlwaysTop);
     }
-    add.Main(mf::kAutoSetFile, values.autoSetFile);
-    add.Main(mf::kAutoOpen, values.autoOpen);
-    add.Main(mf::kAutoWatch, values.autoWatch);
-    add.Main(mf::kAutoMinimize, values.autoMinimize);
-    add.Main(mf::kTaskTray, values.taskTray);
-    add.Main(mf::kUseAltPopUp, values.useAltPopUp);
-    add.Main(mf::kAutoShutDown, values.autoShutDown);
-    add.Main(mf::kAutoClose, values.autoClose);
-    add.Main(mf::kEditor, values.editor);
-    add.Main(mf::kEditorWindowState, values.editorWindowState);
-    add.Main(mf::kUseAssociatedEditor, values.useAssociatedEditor);
-
-    add.Config(cf::kUseCUI, values.useCUI);
-    add.Config(cf::kConsole, values.console);
-    add.Config(cf::kCUIWindowState, values.cuiWindowState);
-    add.Config(cf::kExtension, values.extension);
-    add.Config(cf::kForceShortName, values.forceShortName);
-    add.Config(cf::kStepMode, values.stepMode);
-    add.Config(cf::kDetectError, values.detectError);
-    add.Config(cf::kUseGUI, values.useGUI);
-    add.Config(cf::kPlayer, values.player);
-    add.Config(cf::kGUIWindowState, values.guiWindowState);
-    add.Config(cf::kUseAssociated, values.useAssociated);
+    add.Fields(kBeforeTextBlocks, values);
 
     add.All(SettingsFileRole::Configuration, TextBlockWrites(cf::kScript, plan.script));
     add.All(SettingsFileRole::Configuration, TextBlockWrites(cf::kRequired, plan.required));
 
-    add.Main(mf::kTimerInterval, values.timerInterval);
+    add.Fields(kAfterTextBlocks, values);
     if (int{values.iconSize} != stored.iconSize) {
         add.Main(mf::kIconSize, int{values.iconSize}, VisibleChange::IconSize);
     }

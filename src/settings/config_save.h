@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,6 +58,25 @@ struct ConfigurationValues {
     bool operator==(const ConfigurationValues&) const = default;
 };
 
+enum class SettingsFileRole { Main, Configuration };
+
+// One plain value of ConfigurationValues and the key it is stored under:
+// exactly one of flag, number and text is set, with the matching key.
+// Loading and saving both walk the tables below, so the order of the keys
+// and their defaults live in one place.
+struct PlainField {
+    SettingsFileRole file;
+    bool ConfigurationValues::*flag = nullptr;
+    int ConfigurationValues::*number = nullptr;
+    std::string ConfigurationValues::*text = nullptr;
+    const IntKey* intKey = nullptr;    // with flag or number
+    const TextKey* textKey = nullptr;  // with text
+};
+// Written after Setting/Default and Option/AlwaysTop, before the text blocks.
+std::span<const PlainField> FieldsBeforeTextBlocks();
+// Written after the text blocks, before IconSize and Language.
+std::span<const PlainField> FieldsAfterTextBlocks();
+
 // The stored values of the three settings that are compared before they are
 // written, because changing them shows at once.
 struct StoredVisibleSettings {
@@ -65,7 +85,6 @@ struct StoredVisibleSettings {
     std::string language = main_file::kLanguage.fallback;
 };
 
-enum class SettingsFileRole { Main, Configuration };
 enum class VisibleChange { None, AlwaysTop, IconSize, Language };
 
 struct PlannedWrite {

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "core/handles_win.h"
+
 #include "files/path_win.h"
 #include "settings/ini_win.h"
 #include "settings/lists_win.h"
@@ -19,8 +21,8 @@ std::string SystemText(DWORD code) {
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
             FORMAT_MESSAGE_IGNORE_INSERTS,
         nullptr, code, 0, reinterpret_cast<char*>(&buffer), 0, nullptr);
+    const UniqueLocalMemory owned(buffer);
     std::string text = length > 0 && buffer != nullptr ? std::string(buffer, length) : "";
-    LocalFree(buffer);
     while (!text.empty() && (text.back() == '\r' || text.back() == '\n' || text.back() == ' ')) {
         text.pop_back();
     }
@@ -65,21 +67,30 @@ std::string ConfigurationBackupFile(const std::string& appFolder, const std::str
     return appFolder + "cfg\\" + safeName + ".txt";
 }
 
+namespace {
+
+// Reads the plain fields that belong to file.
+void LoadFields(ConfigurationValues& values, SettingsFileRole role, const std::string& file) {
+    for (auto fields : {FieldsBeforeTextBlocks(), FieldsAfterTextBlocks()}) {
+        for (const PlainField& field : fields) {
+            if (field.file != role) continue;
+            if (field.text != nullptr) {
+                values.*field.text = ReadIni(*field.textKey, file);
+            } else if (field.flag != nullptr) {
+                values.*field.flag = ReadIniFlag(*field.intKey, file);
+            } else {
+                values.*field.number = ReadIniInt(*field.intKey, file);
+            }
+        }
+    }
+}
+
+}  // namespace
+
 void LoadMainSettings(ConfigurationValues& values, const std::string& mainFile) {
     namespace mf = main_file;
     values.alwaysTop = ReadIniFlag(mf::kAlwaysTop, mainFile);
-    values.autoSetFile = ReadIniFlag(mf::kAutoSetFile, mainFile);
-    values.autoOpen = ReadIniFlag(mf::kAutoOpen, mainFile);
-    values.autoWatch = ReadIniFlag(mf::kAutoWatch, mainFile);
-    values.autoMinimize = ReadIniFlag(mf::kAutoMinimize, mainFile);
-    values.taskTray = ReadIniFlag(mf::kTaskTray, mainFile);
-    values.useAltPopUp = ReadIniFlag(mf::kUseAltPopUp, mainFile);
-    values.autoShutDown = ReadIniFlag(mf::kAutoShutDown, mainFile);
-    values.autoClose = ReadIniFlag(mf::kAutoClose, mainFile);
-    values.editor = ReadIni(mf::kEditor, mainFile);
-    values.editorWindowState = ReadIniInt(mf::kEditorWindowState, mainFile);
-    values.useAssociatedEditor = ReadIniFlag(mf::kUseAssociatedEditor, mainFile);
-    values.timerInterval = ReadIniInt(mf::kTimerInterval, mainFile);
+    LoadFields(values, SettingsFileRole::Main, mainFile);
     values.iconSize = ReadIconSize(mainFile);
     values.japanese = ReadIni(mf::kLanguage, mainFile) == kJapanese;
     values.externalPrograms = ReadExternalPrograms(mainFile);
@@ -88,17 +99,7 @@ void LoadMainSettings(ConfigurationValues& values, const std::string& mainFile) 
 
 void LoadConfigurationFile(ConfigurationValues& values, const std::string& configurationFile) {
     namespace cf = config_file;
-    values.useCUI = ReadIniFlag(cf::kUseCUI, configurationFile);
-    values.console = ReadIni(cf::kConsole, configurationFile);
-    values.cuiWindowState = ReadIniInt(cf::kCUIWindowState, configurationFile);
-    values.extension = ReadIni(cf::kExtension, configurationFile);
-    values.forceShortName = ReadIniFlag(cf::kForceShortName, configurationFile);
-    values.stepMode = ReadIniFlag(cf::kStepMode, configurationFile);
-    values.detectError = ReadIniFlag(cf::kDetectError, configurationFile);
-    values.useGUI = ReadIniFlag(cf::kUseGUI, configurationFile);
-    values.player = ReadIni(cf::kPlayer, configurationFile);
-    values.guiWindowState = ReadIniInt(cf::kGUIWindowState, configurationFile);
-    values.useAssociated = ReadIniFlag(cf::kUseAssociated, configurationFile);
+    LoadFields(values, SettingsFileRole::Configuration, configurationFile);
     values.script = ReadTextBlock(cf::kScript, configurationFile);
     values.required = ReadTextBlock(cf::kRequired, configurationFile);
 }

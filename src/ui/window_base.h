@@ -1,5 +1,7 @@
 // The small base every Zorvi window derives from: it registers the class,
-// ties the native window to its C++ object and forwards messages to it.
+// ties the native window to its C++ object and forwards messages to the
+// derived window's HandleMessage, whose type it knows, so no virtual call
+// is involved.
 #pragma once
 
 #include <windows.h>
@@ -9,16 +11,30 @@ namespace zorvi {
 template <typename Derived>
 class BaseWindow {
 public:
-    BaseWindow() = default;
     BaseWindow(const BaseWindow&) = delete;
     BaseWindow& operator=(const BaseWindow&) = delete;
-    virtual ~BaseWindow() {
-        if (hwnd_ != nullptr) DestroyWindow(hwnd_);
-    }
 
     HWND Handle() const { return hwnd_; }
 
 protected:
+    BaseWindow() = default;
+    // The derived window destroys its window in its own destructor, while its
+    // handlers still have their object (DestroyNative). Should one remain, it
+    // is cut loose first so that no message reaches the part already gone.
+    ~BaseWindow() {
+        if (hwnd_ == nullptr) return;
+        SetWindowLongPtrW(hwnd_, GWLP_USERDATA, 0);
+        const HWND orphan = hwnd_;
+        hwnd_ = nullptr;
+        DestroyWindow(orphan);
+    }
+
+    // Destroys the window, with every message of its end handled by the
+    // derived window; nothing when there is none.
+    void DestroyNative() {
+        if (hwnd_ != nullptr) DestroyWindow(hwnd_);
+    }
+
     // Registers the class on first use and creates the window with this object
     // attached; the derived class names its class with a static ClassName().
     bool CreateNative(DWORD exStyle, const wchar_t* caption, DWORD style, int x, int y, int width,
@@ -42,10 +58,6 @@ protected:
         return hwnd_ != nullptr;
     }
 
-    virtual LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-        return DefWindowProcW(hwnd_, message, wParam, lParam);
-    }
-
 private:
     static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam,
                                        LPARAM lParam) noexcept {
@@ -61,7 +73,7 @@ private:
         if (self == nullptr) return DefWindowProcW(hwnd, message, wParam, lParam);
         LRESULT result = 0;
         try {
-            result = self->HandleMessage(message, wParam, lParam);
+            result = static_cast<Derived*>(self)->HandleMessage(message, wParam, lParam);
         } catch (...) {
             // Nothing may unwind into the system's dispatcher; the message
             // counts as handled by default processing.

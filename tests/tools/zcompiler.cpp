@@ -19,7 +19,9 @@
 //   output=keep    leave OUTPUT exactly as it is (an old one stays old)
 //   log=TEXT       one log line (repeatable; the lines keep their order)
 //   exit=N         end with exit code N (decimal; default 0)
-//   sleep=MS       wait MS milliseconds before writing anything (at most 60000)
+//   wait=PATH      before writing anything, wait until PATH exists (the test
+//                  creates it when the compile may end); a safety net gives up
+//                  after 60 seconds
 //   hang=1         after writing, keep running until killed (a safety net ends
 //                  it with exit code 124 after 10 minutes); hang=0 does not
 //   pid=PATH       write this process's id (decimal, then CRLF) to PATH at once;
@@ -42,7 +44,7 @@ struct Orders {
     std::string output = "ok";
     std::vector<std::string> logLines;
     int exitCode = 0;
-    unsigned long sleepMilliseconds = 0;
+    std::string waitPath;
     bool hang = false;
     std::string pidPath;
     std::string argsPath;
@@ -60,9 +62,8 @@ bool ReadOrder(const std::string& line, Orders& orders) {
         orders.logLines.push_back(value);
     } else if (key == "exit") {
         orders.exitCode = std::atoi(value.c_str());
-    } else if (key == "sleep") {
-        orders.sleepMilliseconds = std::strtoul(value.c_str(), nullptr, 10);
-        if (orders.sleepMilliseconds > 60000) orders.sleepMilliseconds = 60000;
+    } else if (key == "wait") {
+        orders.waitPath = value;
     } else if (key == "hang") {
         orders.hang = value != "0";
     } else if (key == "pid") {
@@ -115,7 +116,13 @@ int main(int argc, char** argv) {
                << "cwd=" << (folderLength < sizeof folder ? folder : "") << "\r\n";
         for (int i = 1; i < argc; ++i) record << "arg" << i << "=" << argv[i] << "\r\n";
     }
-    if (orders.sleepMilliseconds > 0) Sleep(orders.sleepMilliseconds);
+    if (!orders.waitPath.empty()) {
+        for (int round = 0; round < 6000 && GetFileAttributesA(orders.waitPath.c_str()) ==
+                                                INVALID_FILE_ATTRIBUTES;
+             ++round) {
+            Sleep(10);
+        }
+    }
 
     const std::string output = argc > 2 ? argv[2] : DefaultOutput(input);
     if (orders.output == "ok") {
@@ -134,7 +141,8 @@ int main(int argc, char** argv) {
     if (argc > 3) std::ofstream(argv[3], std::ios::binary | std::ios::trunc) << log;
 
     if (orders.hang) {
-        Sleep(10 * 60 * 1000);
+        // Our own process never signals while we run: a wait that only a kill ends.
+        WaitForSingleObject(GetCurrentProcess(), 10 * 60 * 1000);
         return 124;
     }
     return orders.exitCode;

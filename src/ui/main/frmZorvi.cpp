@@ -15,6 +15,7 @@
 #include "core/strings_win.h"
 #include "core/version.h"
 #include "core/wide_win.h"
+#include "core/text.h"
 #include "files/path_text.h"
 #include "files/path_win.h"
 #include "files/variables_win.h"
@@ -59,12 +60,7 @@ std::optional<std::uint64_t> LastWriteTime(const std::string& path) {
            data.ftLastWriteTime.dwLowDateTime;
 }
 
-bool EndsWithExe(const std::string& path) {
-    if (path.size() < 4) return false;
-    std::string tail = path.substr(path.size() - 4);
-    for (char& c : tail) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    return tail == ".exe";
-}
+bool EndsWithExe(const std::string& path) { return AsciiLower(path).ends_with(".exe"); }
 
 int Height(const RECT& rect) { return rect.bottom - rect.top; }
 int Width(const RECT& rect) { return rect.right - rect.left; }
@@ -98,9 +94,11 @@ NONCLIENTMETRICSW MetricsForDpi(UINT dpi) {
 
 // A 32-bit image of an icon in grey and half transparent: how a disabled
 // button shows its icon, drawn from the same crisp drawing. Null on failure.
-HBITMAP GreyedImage(HICON icon, int size) {
+UniqueBitmap GreyedImage(HICON icon, int size) {
     ICONINFO info{};
-    if (icon == nullptr || !GetIconInfo(icon, &info)) return nullptr;
+    if (icon == nullptr || !GetIconInfo(icon, &info)) return {};
+    const UniqueBitmap color(info.hbmColor);
+    const UniqueBitmap mask(info.hbmMask);
     BITMAPINFO format{};
     format.bmiHeader.biSize = sizeof format.bmiHeader;
     format.bmiHeader.biWidth = size;
@@ -110,17 +108,13 @@ HBITMAP GreyedImage(HICON icon, int size) {
     format.bmiHeader.biCompression = BI_RGB;
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size) *
                                       static_cast<std::size_t>(size));
-    const HDC screen = GetDC(nullptr);
-    const bool read =
-        info.hbmColor != nullptr && GetDIBits(screen, info.hbmColor, 0, static_cast<UINT>(size),
-                                              pixels.data(), &format, DIB_RGB_COLORS) == size;
-    if (info.hbmColor != nullptr) DeleteObject(info.hbmColor);
-    if (info.hbmMask != nullptr) DeleteObject(info.hbmMask);
-    HBITMAP greyed = nullptr;
+    const UniqueScreenDC screen(GetDC(nullptr));
+    const bool read = color && GetDIBits(screen.get(), color.get(), 0, static_cast<UINT>(size),
+                                         pixels.data(), &format, DIB_RGB_COLORS) == size;
     void* bits = nullptr;
-    if (read) greyed = CreateDIBSection(screen, &format, DIB_RGB_COLORS, &bits, nullptr, 0);
-    ReleaseDC(nullptr, screen);
-    if (greyed == nullptr) return nullptr;
+    UniqueBitmap greyed;
+    if (read) greyed.reset(CreateDIBSection(screen.get(), &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!greyed) return {};
     for (std::uint32_t& pixel : pixels) {
         const std::uint32_t alpha = pixel >> 24;
         const std::uint32_t red = (pixel >> 16) & 0xFF, green = (pixel >> 8) & 0xFF,
@@ -170,7 +164,7 @@ frmZorvi::frmZorvi() : compileCommand_(CMD_DoCompile) { menuEnabled_.fill(true);
 
 frmZorvi::~frmZorvi() {
     // Destroyed here, while the handlers still have their object.
-    if (Handle() != nullptr) DestroyWindow(Handle());
+    DestroyNative();
 }
 
 bool frmZorvi::Create(HWND owner) {
@@ -365,17 +359,15 @@ int frmZorvi::ViewChange_IconSize(int size) {
     for (int image = 1; image <= kIconCount; ++image) {
         // Each icon file holds drawings for several sizes: the nearest one is
         // taken rather than a 32-pixel drawing shrunk.
-        const HICON icon =
+        const UniqueIcon icon(
             static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP + image - 1),
-                                          IMAGE_ICON, pixels, pixels, LR_DEFAULTCOLOR));
-        ImageList_AddIcon(list.get(), icon);
-        if (const HBITMAP grey = GreyedImage(icon, pixels); grey != nullptr) {
-            ImageList_Add(greyed.get(), grey, nullptr);
-            DeleteObject(grey);
+                                          IMAGE_ICON, pixels, pixels, LR_DEFAULTCOLOR)));
+        ImageList_AddIcon(list.get(), icon.get());
+        if (const UniqueBitmap grey = GreyedImage(icon.get(), pixels)) {
+            ImageList_Add(greyed.get(), grey.get(), nullptr);
         } else {
-            ImageList_AddIcon(greyed.get(), icon);
+            ImageList_AddIcon(greyed.get(), icon.get());
         }
-        if (icon != nullptr) DestroyIcon(icon);
     }
     SendMessageW(toolbar_, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list.get()));
     SendMessageW(toolbar_, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(greyed.get()));
@@ -771,9 +763,8 @@ void frmZorvi::CMD_ShowFileDialog() {
     }
     if (!mdlFile::FileExists(name)) {
         // A new name starts an empty file, so that it can be watched and edited.
-        const HANDLE created = CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                           FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (created != INVALID_HANDLE_VALUE) CloseHandle(created);
+        const UniqueHandle created(CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr,
+                                               CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     }
     SetWatchFile(name);
     blnAutoChangeConfigBystrGetExtension(name);
@@ -1081,7 +1072,7 @@ LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         return 0;
     default: break;
     }
-    return BaseWindow::HandleMessage(message, wParam, lParam);
+    return DefWindowProcW(Handle(), message, wParam, lParam);
 }
 
 }  // namespace zorvi

@@ -16,6 +16,7 @@
 
 #include "run/compile.h"
 #include "ui/main/history.h"
+#include "core/handles_win.h"
 #include "ui/window_base.h"
 
 namespace zorvi {
@@ -135,24 +136,8 @@ public:
     void SetCompileCommand(CompileCommand command) { compileCommand_ = std::move(command); }
 
 private:
-    struct ImageListDeleter {
-        void operator()(HIMAGELIST list) const noexcept { ImageList_Destroy(list); }
-    };
-    struct MenuDeleter {
-        void operator()(HMENU menu) const noexcept { DestroyMenu(menu); }
-    };
-    struct FontDeleter {
-        void operator()(HFONT font) const noexcept { DeleteObject(font); }
-    };
-    struct IconDeleter {
-        void operator()(HICON icon) const noexcept { DestroyIcon(icon); }
-    };
-    using UniqueImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDeleter>;
-    using UniqueMenu = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDeleter>;
-    using UniqueFont = std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter>;
-    using UniqueIcon = std::unique_ptr<std::remove_pointer_t<HICON>, IconDeleter>;
-
-    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    friend class BaseWindow<frmZorvi>;
+    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
     static LRESULT CALLBACK ChildProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                       UINT_PTR id, DWORD_PTR self) noexcept;
 

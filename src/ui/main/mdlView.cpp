@@ -1,6 +1,8 @@
 // Window placement shared by the program's windows.
 #include "ui/main/mdlView.h"
 
+#include "core/handles_win.h"
+
 namespace zorvi {
 namespace {
 
@@ -13,10 +15,9 @@ std::optional<int> ToPixels(std::optional<int> twips, int dotsPerInch) {
 
 ScreenDpi GetScreenDpi() {
     ScreenDpi dpi;
-    if (const HDC screen = GetDC(nullptr); screen != nullptr) {
-        dpi.x = GetDeviceCaps(screen, LOGPIXELSX);
-        dpi.y = GetDeviceCaps(screen, LOGPIXELSY);
-        ReleaseDC(nullptr, screen);
+    if (const UniqueScreenDC screen(GetDC(nullptr)); screen) {
+        dpi.x = GetDeviceCaps(screen.get(), LOGPIXELSX);
+        dpi.y = GetDeviceCaps(screen.get(), LOGPIXELSY);
     }
     if (dpi.x <= 0) dpi.x = 96;
     if (dpi.y <= 0) dpi.y = 96;

@@ -35,11 +35,6 @@ constexpr DWORD kReadChunk = 64 * 1024;
 
 namespace keys = settings::main_file;
 
-struct HandleCloser {
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using UniqueFile = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
-
 ResultTexts CurrentTexts() {
     return {Widen(mdlMain::AppTitle()), LoadText(ids::kCompileErrorDetected),
             LoadText(ids::kZeroByteFileGenerated), LoadText(ids::kLogFileNotFound)};
@@ -55,10 +50,10 @@ std::wstring Caption(const std::string& log, bool named) {
 // that a huge log costs no more memory than what can be shown. Nullopt when
 // it cannot be opened or read (locked, vanished).
 std::optional<std::wstring> ReadLogText(const std::string& log, int mode) {
-    const HANDLE opened = CreateFileA(log.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) return std::nullopt;
-    const UniqueFile file(opened);
+    const UniqueHandle file(CreateFileA(log.c_str(), GENERIC_READ,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file) return std::nullopt;
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file.get(), &size) || size.QuadPart < 0) return std::nullopt;
     const auto length = static_cast<std::uint64_t>(size.QuadPart);
@@ -92,7 +87,7 @@ std::function<void(const std::string&)>& BeforeLogRead() {
 
 frmResult::~frmResult() {
     // Destroyed here, while the window's handlers still have their object.
-    if (Handle() != nullptr) DestroyWindow(Handle());
+    DestroyNative();
 }
 
 bool frmResult::Create() {
@@ -292,7 +287,7 @@ LRESULT frmResult::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     default:
         break;
     }
-    return BaseWindow::HandleMessage(message, wParam, lParam);
+    return DefWindowProcW(Handle(), message, wParam, lParam);
 }
 
 namespace {

@@ -3,10 +3,9 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
-#include <type_traits>
 
+#include "core/handles_win.h"
 #include "ui/window_base.h"
 
 namespace zorvi {
@@ -16,7 +15,7 @@ public:
     static const wchar_t* ClassName() { return L"ZorviResult"; }
 
     frmResult() = default;
-    ~frmResult() override;
+    ~frmResult();
 
     // Creates the window hidden and places it from ResultWindow/Left, Top,
     // Width and Height.
@@ -38,17 +37,15 @@ public:
     HWND TextBox() const { return txtText_; }
 
 private:
-    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    friend class BaseWindow<frmResult>;
+    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
     // Every key reaches the window before the text box; true when it was used.
     bool Form_KeyDown(int keyCode, int shiftState);
     void SavePlacement();
     static LRESULT CALLBACK TextBoxProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR data) noexcept;
 
-    struct FontDeleter {
-        void operator()(HFONT font) const { DeleteObject(font); }
-    };
-    std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter> font_;
+    UniqueFont font_;
     HWND txtText_ = nullptr;
 };
 
