@@ -163,6 +163,9 @@ private:
     bool CanUnload() const { return !compiling_; }
     void Unload();
     void SaveGeometry();
+    void OnSize(WPARAM kind);
+    void OnGetMinMaxInfo(MINMAXINFO& info);
+    void OnDpiChanged(int dpi, const RECT& suggested);
     void DrawPlayerPanel(const DRAWITEMSTRUCT& item);
     void SetPlayerPanel(const std::string& text, bool enabled);
     void ShowHelp();

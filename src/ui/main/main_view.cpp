@@ -1,0 +1,245 @@
+// The main window's view: toolbar images and enabled states, the status
+// bar's panels, the language of its texts.
+#include "ui/main/frmZorvi.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "core/mdlMain.h"
+#include "core/messages_win.h"
+#include "core/strings_win.h"
+#include "core/text.h"
+#include "core/wide_win.h"
+#include "files/path_text.h"
+#include "files/path_win.h"
+#include "files/variables_win.h"
+#include "res/resource.h"
+#include "res/string_ids.h"
+#include "run/clsExecute.h"
+#include "run/play.h"
+#include "run/required_tools.h"
+#include "settings/ini_win.h"
+#include "settings/lists_win.h"
+#include "ui/main/keymap.h"
+#include "ui/main/layout.h"
+#include "ui/main/main_parts.h"
+#include "ui/main/mdlHotKey.h"
+#include "ui/main/mdlView.h"
+#include "ui/main/watch.h"
+#include "ui/result/frmResult.h"
+
+namespace zorvi {
+
+using namespace main_parts;
+
+namespace {
+
+// A 32-bit image of an icon in grey and half transparent: how a disabled
+// button shows its icon, drawn from the same crisp drawing. Null on failure.
+UniqueBitmap GreyedImage(HICON icon, int size) {
+    ICONINFO info{};
+    if (icon == nullptr || !GetIconInfo(icon, &info)) return {};
+    const UniqueBitmap color(info.hbmColor);
+    const UniqueBitmap mask(info.hbmMask);
+    BITMAPINFO format{};
+    format.bmiHeader.biSize = sizeof format.bmiHeader;
+    format.bmiHeader.biWidth = size;
+    format.bmiHeader.biHeight = -size;  // top-down
+    format.bmiHeader.biPlanes = 1;
+    format.bmiHeader.biBitCount = 32;
+    format.bmiHeader.biCompression = BI_RGB;
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size) *
+                                      static_cast<std::size_t>(size));
+    const UniqueScreenDC screen(GetDC(nullptr));
+    const bool read = color && GetDIBits(screen.get(), color.get(), 0, static_cast<UINT>(size),
+                                         pixels.data(), &format, DIB_RGB_COLORS) == size;
+    void* bits = nullptr;
+    UniqueBitmap greyed;
+    if (read) greyed.reset(CreateDIBSection(screen.get(), &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!greyed) return {};
+    for (std::uint32_t& pixel : pixels) {
+        const std::uint32_t alpha = pixel >> 24;
+        const std::uint32_t red = (pixel >> 16) & 0xFF, green = (pixel >> 8) & 0xFF,
+                            blue = pixel & 0xFF;
+        const std::uint32_t luminance = (red * 299 + green * 587 + blue * 114) / 1000;
+        const std::uint32_t grey = 112 + luminance * 96 / 255;
+        pixel = ((alpha * 3 / 5) << 24) | (grey << 16) | (grey << 8) | grey;
+    }
+    std::copy(pixels.begin(), pixels.end(), static_cast<std::uint32_t*>(bits));
+    return greyed;
+}
+
+}  // namespace
+
+int frmZorvi::ViewChange_IconSize(int size) {
+    size = NormalizeIconSize(size);
+    iconSize_ = size;
+    const int pixels = ScaleForDpi(size, static_cast<int>(Dpi()));
+    UniqueImageList list(ImageList_Create(pixels, pixels, ILC_COLOR32 | ILC_MASK, kIconCount, 0));
+    UniqueImageList greyed(ImageList_Create(pixels, pixels, ILC_COLOR32, kIconCount, 0));
+    if (!list || !greyed) return size;
+    const HINSTANCE instance = GetModuleHandleW(nullptr);
+    for (int image = 1; image <= kIconCount; ++image) {
+        // Each icon file holds drawings for several sizes: the nearest one is
+        // taken rather than a 32-pixel drawing shrunk.
+        const UniqueIcon icon(
+            static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP + image - 1),
+                                          IMAGE_ICON, pixels, pixels, LR_DEFAULTCOLOR)));
+        ImageList_AddIcon(list.get(), icon.get());
+        if (const UniqueBitmap grey = GreyedImage(icon.get(), pixels)) {
+            ImageList_Add(greyed.get(), grey.get(), nullptr);
+        } else {
+            ImageList_AddIcon(greyed.get(), icon.get());
+        }
+    }
+    SendMessageW(toolbar_, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list.get()));
+    SendMessageW(toolbar_, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(greyed.get()));
+    // The old lists go only now that the toolbar has let go of them.
+    images_ = std::move(list);
+    disabledImages_ = std::move(greyed);
+    const int dpi = static_cast<int>(Dpi());
+    SendMessageW(toolbar_, TB_SETBITMAPSIZE, 0, MAKELPARAM(pixels, pixels));
+    SendMessageW(toolbar_, TB_SETPADDING, 0, MAKELPARAM(ScaleForDpi(7, dpi), ScaleForDpi(6, dpi)));
+    SendMessageW(toolbar_, TB_SETBUTTONSIZE, 0,
+                 MAKELPARAM(pixels + ScaleForDpi(7, dpi), pixels + ScaleForDpi(6, dpi)));
+    SetButtonImage(kSetFile, 2);
+    SetButtonImage(kConfig, 3);
+    SetButtonImage(kOnOff, tmrTimer1.Enabled() ? 4 : 5);
+    SetButtonImage(kCompile, 6);
+    SetButtonImage(kPlay, 7);
+    SetButtonImage(kLog, 8);
+    SendMessageW(toolbar_, TB_AUTOSIZE, 0, 0);
+    Layout();
+    FitHeightToLayout();
+    return size;
+}
+
+void frmZorvi::SetButtonImage(int button, int image) {
+    SendMessageW(toolbar_, TB_CHANGEBITMAP, CommandOf(button), MAKELPARAM(image - 1, 0));
+}
+
+void frmZorvi::SetButtonEnabled(int button, bool enabled) {
+    SendMessageW(toolbar_, TB_ENABLEBUTTON, CommandOf(button),
+                 MAKELPARAM(enabled ? TRUE : FALSE, 0));
+}
+
+void frmZorvi::SetMenuEnabled(int index, bool enabled) {
+    menuEnabled_[static_cast<std::size_t>(index) % menuEnabled_.size()] = enabled;
+}
+
+void frmZorvi::ViewChange_FileOpen(bool enabled) {
+    SetButtonEnabled(kSetFile, enabled);
+    SetMenuEnabled(2, enabled);
+    SetMenuEnabled(3, enabled);
+}
+
+void frmZorvi::ViewChange_OnOffButton(bool enabled) {
+    SetButtonEnabled(kOnOff, enabled);
+    SetMenuEnabled(5, enabled);
+}
+
+void frmZorvi::ViewChange_Compile(bool enabled) {
+    SetButtonEnabled(kCompile, enabled);
+    SetMenuEnabled(7, enabled);
+}
+
+void frmZorvi::ViewChange_Play(bool enabled) {
+    SetButtonEnabled(kPlay, enabled);
+    SetMenuEnabled(8, enabled);
+}
+
+void frmZorvi::ViewChange_LogView(bool enabled) {
+    SetButtonEnabled(kLog, enabled);
+    SetMenuEnabled(9, enabled);
+}
+
+void frmZorvi::ViewUpdate() {
+    const std::string& target = mdlMain::TargetFile();
+    if (!target.empty()) {
+        ViewChange_OnOffButton(true);
+        ViewChange_Compile(true);
+        ViewChange_Play(true);
+    } else {
+        // Compile and play stay as they were: the pipeline reports the missing file itself.
+        ViewChange_OnOffButton(false);
+    }
+    ViewChange_LogView(!target.empty() &&
+                       mdlFile::FileExists(mdlFile::ChangeExtension(target, "log")));
+}
+
+void frmZorvi::ViewChange_StatusBar(const std::string& text) { ViewChange_StatusBar(1, text, {}); }
+
+void frmZorvi::ViewChange_StatusBar(int panel, const std::string& text, const std::string& path) {
+    switch (panel) {
+    case 1:
+        panelText_[0] = Widen(text);
+        SendMessageW(statusBar_, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(panelText_[0].c_str()));
+        break;
+    case 2: SetPlayerPanel(text, zorvi::PlayerPanelEnabled(text, mdlFile::FileExists(path))); break;
+    case 3: {
+        // path: the configuration whose required tools are counted.
+        const std::string console =
+            mdlFile::ExpandSystemVariables(ReadIni(config_keys::kConsole, path));
+        std::string missing;
+        const int count = RequiredToolsCheck(path, mdlFile::GetFolderOf(console), missing);
+        panelText_[2] = Widen(StatusPanel3Text(text, count));
+        SendMessageW(statusBar_, SB_SETTEXTW, 2, reinterpret_cast<LPARAM>(panelText_[2].c_str()));
+        break;
+    }
+    default: break;
+    }
+}
+
+void frmZorvi::DrawPlayerPanel(const DRAWITEMSTRUCT& item) {
+    const int saved = SaveDC(item.hDC);
+    if (font_) SelectObject(item.hDC, font_.get());
+    SetBkMode(item.hDC, TRANSPARENT);
+    SetTextColor(item.hDC, GetSysColor(playerPanelEnabled_ ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+    RECT rect = item.rcItem;
+    rect.left += ScaleForDpi(4, static_cast<int>(Dpi()));
+    DrawTextW(item.hDC, panelText_[1].c_str(), static_cast<int>(panelText_[1].size()), &rect,
+              DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
+    RestoreDC(item.hDC, saved);
+}
+
+void frmZorvi::ViewChange_DefinedScript() {
+    // The configuration menus join with the popup menu; the status bar shows
+    // the active configuration and whether its tools are there.
+    ViewChange_StatusBar(1, GetDefaultPreset(PresetForm::Name), {});
+    ViewChange_StatusBar(3, {}, GetDefaultPreset(PresetForm::Path));
+}
+
+void frmZorvi::ViewChange_Player() {
+    // Panel 2: "-" when the configuration plays nothing, "*" for the program
+    // associated with the output, else the player's file name; only a player
+    // ending in ".exe" is tested for existence.
+    const std::string configuration = GetDefaultPreset(PresetForm::Path);
+    if (!ReadIniFlag(config_keys::kUseGUI, configuration)) {
+        SetPlayerPanel("-", true);
+    } else if (ReadIniFlag(config_keys::kUseAssociated, configuration)) {
+        SetPlayerPanel("*", true);
+    } else {
+        const std::string player =
+            mdlFile::ExpandSystemVariables(ReadIni(config_keys::kPlayer, configuration));
+        SetPlayerPanel(mdlFile::GetFileName(player),
+                       !player.empty() && (!EndsWithExe(player) || mdlFile::FileExists(player)));
+    }
+}
+
+void frmZorvi::SetPlayerPanel(const std::string& text, bool enabled) {
+    panelText_[1] = Widen(text);
+    playerPanelEnabled_ = enabled;
+    // Drawn by the window so that a missing player can be greyed out.
+    SendMessageW(statusBar_, SB_SETTEXTW, 1 | SBT_OWNERDRAW, 0);
+    InvalidateRect(statusBar_, nullptr, TRUE);
+}
+
+void frmZorvi::ChangeLangZorvi() {
+    for (int button = 1; button <= kButtonCount; ++button) {
+        toolTips_[button - 1] = LoadText(ids::kToolbarSetTargetFile + button - 1);
+    }
+    toolTips_[kOnOff - 1] += tmrTimer1.Enabled() ? L"=ON" : L"=OFF";
+    RebuildHistoryMenu();
+}
+
+}  // namespace zorvi
