@@ -153,13 +153,13 @@ void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
 
 bool LaunchAndRecord(bool record, const std::string& program, const std::string& parameters,
                      const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                     DWORD& exitCode) {
+                     DWORD& exitCode, DWORD* startError) {
     clsExecute runner;
     UniqueHandle process;
-    if (!runner.RunProgram(program, parameters, directory, process, exitCode, showCommand,
-                           ownerWindow, wait)) {
-        return false;
-    }
+    const bool started = runner.RunProgram(program, parameters, directory, process, exitCode,
+                                           showCommand, ownerWindow, wait);
+    if (startError != nullptr) *startError = runner.StartError();
+    if (!started) return false;
     if (record) {
         try {
             Launched().push_back({mdlFile::GetFileName(program), program, std::move(process)});
@@ -172,9 +172,9 @@ bool LaunchAndRecord(bool record, const std::string& program, const std::string&
 
 bool ExecuteProgram(const std::string& program, const std::string& parameters,
                     const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                    DWORD& exitCode) {
+                    DWORD& exitCode, DWORD* startError) {
     return LaunchAndRecord(mdlMain::InteractiveMode(), program, parameters, directory,
-                           showCommand, ownerWindow, wait, exitCode);
+                           showCommand, ownerWindow, wait, exitCode, startError);
 }
 
 const std::vector<LaunchedProgram>& LaunchedPrograms() { return Launched(); }
@@ -183,6 +183,11 @@ void EndProcess(LaunchedProgram& program) {
     // Failures are of no interest: the program may have ended long ago.
     if (program.ProcessHandle) TerminateProcess(program.ProcessHandle.get(), 0);
     program.ProcessHandle.reset();
+}
+
+void EndLaunchedProgram(std::size_t index) {
+    auto& list = Launched();
+    if (index >= 1 && index < list.size()) EndProcess(list[index]);
 }
 
 void EndLaunchedPrograms() {

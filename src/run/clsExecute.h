@@ -52,17 +52,19 @@ struct LaunchedProgram {
 
 // Starts a program through a fresh clsExecute and records the launch while
 // mdlMain::InteractiveMode() holds. A handle that is not recorded is closed.
+// startError, when given, receives the runner's StartError().
 bool ExecuteProgram(const std::string& program, const std::string& parameters,
                     const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                    DWORD& exitCode);
+                    DWORD& exitCode, DWORD* startError = nullptr);
 // ExecuteProgram with the recording decided by the caller.
 bool LaunchAndRecord(bool record, const std::string& program, const std::string& parameters,
                      const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                     DWORD& exitCode);
+                     DWORD& exitCode, DWORD* startError = nullptr);
 
 const std::vector<LaunchedProgram>& LaunchedPrograms();  // element 0 is an unused placeholder
 // Ends the program and lets its handle go; an entry without a handle is left alone.
 void EndProcess(LaunchedProgram& program);
 void EndLaunchedPrograms();  // EndProcess on entries 1..n
+void EndLaunchedProgram(std::size_t index);  // EndProcess on one entry, if there is one
 
 }  // namespace zorvi

@@ -90,8 +90,9 @@ bool frmZorvi::Create(HWND owner) {
     ViewChange_Player();
     // 9.
     ApplyAlwaysOnTop();
-    // 10. The launcher list (AddExternalProgram) and its start-up run join
-    // with the launcher itself; until then the list is empty.
+    // 10. The launcher list and the programs that start with Zorvi.
+    AddExternalProgram();
+    ExternalProgramStartUp();
     // 11.
     mode_ = ReadIniInt(keys::kMainMode, MainFile());
     ChangeLauncherPos();
@@ -121,7 +122,7 @@ void frmZorvi::CreateControls() {
         button(3, kConfig, BTNS_BUTTON),
         button(5, kOnOff, BTNS_CHECK),
         button(6, kCompile, BTNS_BUTTON | BTNS_DROPDOWN),
-        button(7, kPlay, BTNS_BUTTON),
+        button(7, kPlay, BTNS_BUTTON | BTNS_DROPDOWN),
         button(8, kLog, BTNS_BUTTON),
         button(1, kLauncher, BTNS_SEP),
     };
@@ -183,14 +184,10 @@ void frmZorvi::Start(const std::string& file) {
 }
 
 void frmZorvi::OnCommand(int id) {
-    if (id >= kHistoryCommand && id < kHistoryCommand + kHistorySize) {
-        HistorySelect(id - kHistoryCommand);
-        return;
-    }
+    if (OnMenuCommand(id)) return;
     switch (id) {
-    case kHistoryClearCommand: HistoryClear(); break;
     case CommandOf(kSetFile): CMD_ShowFileDialog(); break;
-    case CommandOf(kConfig): break;  // the configuration window joins later
+    case CommandOf(kConfig): ShowConfig(0); break;
     case CommandOf(kOnOff): WatchToggle(); break;
     case CommandOf(kCompile): RunCompile(); break;
     case CommandOf(kPlay): CMD_DoPlay({}, Handle()); break;
@@ -205,8 +202,46 @@ void frmZorvi::ShowHelp() {
     if (mdlFile::FileExists(helpFile)) {
         DWORD exitCode = 0;
         ExecuteProgram(helpFile, {}, {}, SW_SHOWNORMAL, Handle(), false, exitCode);
+    } else {
+        ShowAbout();
     }
-    // Without a help file the about window answers; it joins later.
+}
+
+void frmZorvi::ShowAbout() {
+    if (aboutCommand_) aboutCommand_(0);
+}
+
+void frmZorvi::ShowConfig(int page) {
+    if (configCommand_) configCommand_(page);
+}
+
+void frmZorvi::AddExternalProgram() {
+    launcher_.Load(MainFile());
+    for (const HWND combo : combo_) {
+        SendMessageW(combo, CB_RESETCONTENT, 0, 0);
+        for (std::size_t i = 0; i < launcher_.Count(); ++i) {
+            SendMessageW(combo, CB_ADDSTRING, 0,
+                         reinterpret_cast<LPARAM>(Widen(launcher_.Record(i).item).c_str()));
+        }
+    }
+}
+
+void frmZorvi::ExternalProgramStartUp() { launcher_.StartAutoRun(Handle()); }
+
+bool frmZorvi::Combo1_KeyDown(int keyCode, int shift) {
+    if (keyCode != VK_RETURN || shift != 0) return false;
+    // The member on show holds the user's choice or text.
+    const HWND combo = combo_[NormalizeMode(mode_) == 0 ? 0 : 1];
+    const LRESULT selected = SendMessageW(combo, CB_GETCURSEL, 0, 0);
+    if (selected != CB_ERR && selected >= 0) {
+        launcher_.Start(static_cast<std::size_t>(selected), Handle());
+    } else {
+        const int length = GetWindowTextLengthW(combo);
+        std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+        text.resize(static_cast<std::size_t>(GetWindowTextW(combo, text.data(), length + 1)));
+        launcher_.StartTyped(Narrow(text), Handle());
+    }
+    return true;
 }
 
 bool frmZorvi::Form_KeyDown(int keyCode, int shift) {
@@ -214,14 +249,14 @@ bool frmZorvi::Form_KeyDown(int keyCode, int shift) {
     switch (MainKeyCommand(keyCode, shift, mdlMain::UseAltPopUp())) {
     case MainCommand::None: return false;
     case MainCommand::Help: ShowHelp(); break;
-    case MainCommand::About: break;  // the about window joins later
+    case MainCommand::About: ShowAbout(); break;
     case MainCommand::SetFile: CMD_ShowFileDialog(); break;
     case MainCommand::WatchToggle: WatchToggle(); break;
     case MainCommand::Compile: RunCompile(); break;
     case MainCommand::Play: CMD_DoPlay({}, Handle()); break;
     case MainCommand::ShowLog: ResultWindow().ShowResult(0); break;
-    case MainCommand::Configure: break;  // the configuration window joins later
-    case MainCommand::PopupMenu: break;  // the popup menu joins later
+    case MainCommand::Configure: ShowConfig(0); break;
+    case MainCommand::PopupMenu: CMD_ShowPopUp(); break;
     case MainCommand::Minimize: ShowWindow(Handle(), SW_MINIMIZE); break;
     case MainCommand::Exit: PostMessageW(Handle(), WM_CLOSE, 0, 0); break;
     case MainCommand::NextLayout: NextLayout(); break;
@@ -253,6 +288,14 @@ LRESULT CALLBACK frmZorvi::ChildProc(HWND window, UINT message, WPARAM wParam, L
         case WM_KEYDOWN:
         case WM_SYSKEYDOWN:
             if (self->PreviewKey(message, wParam)) return 0;
+            if (message == WM_KEYDOWN && self->IsComboPart(window) &&
+                self->Combo1_KeyDown(static_cast<int>(wParam), CurrentShiftState())) {
+                return 0;
+            }
+            break;
+        case WM_CHAR:
+            // The Enter that ran a program must not also beep in the list.
+            if (wParam == VK_RETURN && self->IsComboPart(window)) return 0;
             break;
         case WM_LBUTTONDBLCLK:
             if (window == self->toolbar_ || window == self->statusBar_) {
@@ -285,18 +328,35 @@ void frmZorvi::OnDropFiles(HDROP drop) {
     if (!first.empty()) SetFile(first);
 }
 
+bool frmZorvi::IsComboPart(HWND window) const {
+    for (const HWND combo : combo_) {
+        if (window == combo || GetParent(window) == combo) return true;
+    }
+    return false;
+}
+
 void frmZorvi::Unload() {
     mdlMain::SetShuttingDown();
     tmrTimer1.SetEnabled(false);
+    DeleteIcon();
     ReleaseResultWindow();
     SaveGeometry();
+    // A program marked to end with Zorvi ends even when the rest live on.
+    launcher_.EndAutoShutDown();
     if (ReadIniFlag(keys::kAutoShutDown, MainFile())) EndLaunchedPrograms();
     DestroyWindow(Handle());
 }
 
 LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-    case WM_SIZE: OnSize(wParam); return 0;
+    case WM_SIZE:
+        OnSize(wParam);
+        if (wParam == SIZE_MINIMIZED && !inTray_ && ReadIniFlag(keys::kTaskTray, MainFile())) {
+            AddIcon();
+        }
+        return 0;
+    case kTrayMessage: OnTrayMessage(lParam); return 0;
+    case WM_CONTEXTMENU: CMD_ShowPopUp(); return 0;
     case WM_GETMINMAXINFO: OnGetMinMaxInfo(*reinterpret_cast<MINMAXINFO*>(lParam)); return 0;
     case WM_COMMAND:
         if (lParam == 0 || reinterpret_cast<HWND>(lParam) == toolbar_) OnCommand(LOWORD(wParam));
@@ -313,7 +373,9 @@ LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         if (header->code == TBN_DROPDOWN && header->hwndFrom == toolbar_) {
             const auto* note = reinterpret_cast<const NMTOOLBARW*>(lParam);
-            if (note->iItem == CommandOf(kSetFile)) ShowHistoryDropDown();
+            if (note->iItem == CommandOf(kSetFile)) ShowDropDown(kSetFile, historyMenu_.get());
+            if (note->iItem == CommandOf(kCompile)) ShowDropDown(kCompile, scriptMenu_.get());
+            if (note->iItem == CommandOf(kPlay)) ShowDropDown(kPlay, playerMenu_.get());
             return TBDDRET_DEFAULT;
         }
         break;
@@ -347,7 +409,12 @@ LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         mdlMain::SetShuttingDown();
         mdlMain::WindowClosed();
         return 0;
-    default: break;
+    default:
+        if (message == TaskbarCreatedMessage() && message != 0) {
+            OnTaskbarCreated();
+            return 0;
+        }
+        break;
     }
     return DefWindowProcW(Handle(), message, wParam, lParam);
 }

@@ -13,8 +13,10 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "run/compile.h"
+#include "run/external_programs.h"
 #include "ui/main/history.h"
 #include "core/handles_win.h"
 #include "ui/window_base.h"
@@ -55,6 +57,18 @@ public:
     // Entries of button 1's drop-down menu: the slots, then "History clear".
     static constexpr int kHistoryCommand = 2000;
     static constexpr int kHistoryClearCommand = kHistoryCommand + 33;
+    // mnuPop's entries: command kPopupCommand + index, caption id 130 + index.
+    static constexpr int kPopupCommand = 3000;
+    static constexpr int kPopupEntries = 17;
+    enum PopupEntry { kPopupRecentUsed = 3, kPopupWatch = 5, kPopupScript = 12,
+                      kPopupPlayer = 13, kPopupShow = 15 };
+    // Configuration entries (mnuScript, button 4) and player entries
+    // (mnuPlayer, button 5): the command plus the entry's position.
+    static constexpr int kScriptCommand = 10000;
+    static constexpr int kPlayerCommand = 20000;
+    static constexpr int kMaxMenuEntries = 9000;
+    // Tray icon events arrive as this message, the mouse message in lParam.
+    static constexpr UINT kTrayMessage = WM_APP + 2;
 
     frmZorvi();
     ~frmZorvi() override;
@@ -69,8 +83,8 @@ public:
     // Public operations that other windows call.
     int ViewChange_IconSize(int size);  // returns the size used (1..64, else 16)
     void ViewUpdate() override;
-    void ViewChange_Player();
-    void ViewChange_DefinedScript();
+    void ViewChange_Player();         // mnuPlayer, button 5's menu and panel 2
+    void ViewChange_DefinedScript();  // mnuScript, button 4's menu and panels 1 and 3
     void ChangeTimerIntarval(int interval);
     void ChangeLangZorvi();
 
@@ -109,6 +123,36 @@ public:
     void HistorySelect(int slot);  // a history entry chosen from a menu
     const HistorySlots& History() const { return history_; }
     HMENU HistoryMenu() const { return historyMenu_.get(); }
+
+    // Popup menu and toolbar drop-downs.
+    void CMD_ShowPopUp();
+    // mnuPop as CMD_ShowPopUp opens it: "&Recent Used" greyed without a
+    // history, "Show" only while in the tray. Owned by the window.
+    HMENU PreparePopUp();
+    HMENU ScriptMenu() const { return scriptMenu_.get(); }
+    HMENU PlayerMenu() const { return playerMenu_.get(); }
+    // Runs the command of a menu entry or toolbar button, as a choice would.
+    void OnCommand(int id);
+
+    // Task tray.
+    void AddIcon();
+    void DeleteIcon();
+    void CMD_OutIconFromTaskTray();
+    bool InTaskTray() const { return inTray_; }
+    std::wstring TrayTip() const;
+
+    // Launcher list.
+    void AddExternalProgram();
+    void ExternalProgramStartUp();
+    bool Combo1_KeyDown(int keyCode, int shift);  // Enter runs the selection or the typed text
+    const ExternalPrograms& Launcher() const { return launcher_; }
+
+    // The about and configuration windows are opened through these.
+    using WindowCommand = std::function<void(int page)>;
+    void SetAboutCommand(WindowCommand command) { aboutCommand_ = std::move(command); }
+    void SetConfigCommand(WindowCommand command) { configCommand_ = std::move(command); }
+    void ShowAbout();
+    void ShowConfig(int page);
 
     // Keys: the window sees them before its controls. True when the key was used.
     bool Form_KeyDown(int keyCode, int shift);
@@ -151,12 +195,24 @@ private:
     void SetMenuEnabled(int index, bool enabled);
     void SetButtonImage(int button, int image);
     void RebuildHistoryMenu();
-    void ShowHistoryDropDown();
+    HMENU BuildHistoryMenu() const;
+    HMENU BuildScriptMenu() const;
+    HMENU BuildPlayerMenu() const;
+    void ShowDropDown(int button, HMENU menu);
+    bool OnMenuCommand(int id);
+    void ChooseScript(std::size_t index);
+    void ChoosePlayer(std::size_t index);
+    void ViewChange_PlayerPanel();
+    bool NotifyTray(DWORD action);
+    void RefreshTrayIcon();
+    void OnTrayMessage(LPARAM mouseMessage);
+    void OnTaskbarCreated();
+    static UINT TaskbarCreatedMessage();
+    bool IsComboPart(HWND window) const;
     void ApplyAlwaysOnTop();
     void RunCompile();
     void OnTimerTick();
     void ReleaseTarget();
-    void OnCommand(int id);
     void OnDropFiles(HDROP drop);
     bool PreviewKey(UINT message, WPARAM key);
     void OnChildDoubleClick(HWND child, LPARAM lParam);
@@ -175,7 +231,12 @@ private:
     HWND statusBar_ = nullptr;
     std::array<HWND, 2> combo_{};
     UniqueImageList images_, disabledImages_;
-    UniqueMenu historyMenu_;
+    UniqueMenu historyMenu_, scriptMenu_, playerMenu_, popupMenu_;
+    std::vector<std::string> scriptNames_;
+    std::vector<std::string> playerPaths_;
+    bool inTray_ = false;
+    ExternalPrograms launcher_;
+    WindowCommand aboutCommand_, configCommand_;
     UniqueFont font_;
     UniqueIcon bigIcon_, smallIcon_;
 

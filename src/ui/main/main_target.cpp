@@ -104,6 +104,7 @@ void frmZorvi::SetWatchFile(const std::string& path) {
         SetWindowTextW(Handle(), Caption({}).c_str());
     }
     ViewUpdate();
+    RefreshTrayIcon();
 }
 
 void frmZorvi::WatchFileOptionChk() {
@@ -112,7 +113,6 @@ void frmZorvi::WatchFileOptionChk() {
         ViewUpdate();
         return;
     }
-    // The tray icon's tip follows the target once the tray joins.
     const std::string& file = MainFile();
     if (ReadIniFlag(keys::kAutoMinimize, file)) ShowWindow(Handle(), SW_MINIMIZE);
     if (ReadIniFlag(keys::kAutoOpen, file)) StartEditor(Handle());
@@ -129,6 +129,7 @@ void frmZorvi::ViewChange_OnOff(bool on) {
     toolTips_[kOnOff - 1] = LoadText(ids::kToolbarWatchMode) + (on ? L"=ON" : L"=OFF");
     watchMenuCaption_ = name + (on ? L" [ON]" : L" [OFF]");
     tmrTimer1.SetEnabled(on);
+    RefreshTrayIcon();
 }
 
 void frmZorvi::WatchToggle() {
@@ -225,37 +226,6 @@ void frmZorvi::HistorySelect(int slot) {
     // A copy: SetFile rewrites the history it was taken from.
     const std::string file = history_[static_cast<std::size_t>(slot)];
     SetFile(file);
-}
-
-void frmZorvi::RebuildHistoryMenu() {
-    UniqueMenu menu(CreatePopupMenu());
-    if (!menu) return;
-    for (int slot = 0; slot < kHistorySize; ++slot) {
-        const std::string& entry = history_[static_cast<std::size_t>(slot)];
-        if (entry.empty()) continue;
-        const std::wstring caption =
-            Widen(HistoryCaption(slot, mdlFile::ShortenPathForDisplay(entry)));
-        AppendMenuW(menu.get(), MF_STRING, static_cast<UINT_PTR>(kHistoryCommand + slot),
-                    caption.c_str());
-    }
-    AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
-    AppendMenuW(menu.get(), MF_STRING, kHistoryClearCommand, LoadText(ids::kHistoryClear).c_str());
-    historyMenu_ = std::move(menu);
-}
-
-void frmZorvi::ShowHistoryDropDown() {
-    RECT button{};
-    SendMessageW(toolbar_, TB_GETRECT, CommandOf(kSetFile), reinterpret_cast<LPARAM>(&button));
-    MapWindowPoints(toolbar_, nullptr, reinterpret_cast<POINT*>(&button), 2);
-    TPMPARAMS params{};
-    params.cbSize = sizeof params;
-    params.rcExclude = button;
-    SetForegroundWindow(Handle());
-    const int chosen = static_cast<int>(TrackPopupMenuEx(
-        historyMenu_.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RETURNCMD | TPM_VERTICAL,
-        button.left, button.bottom, Handle(), &params));
-    PostMessageW(Handle(), WM_NULL, 0, 0);
-    if (chosen != 0) OnCommand(chosen);
 }
 
 }  // namespace zorvi

@@ -202,14 +202,7 @@ void frmZorvi::DrawPlayerPanel(const DRAWITEMSTRUCT& item) {
     RestoreDC(item.hDC, saved);
 }
 
-void frmZorvi::ViewChange_DefinedScript() {
-    // The configuration menus join with the popup menu; the status bar shows
-    // the active configuration and whether its tools are there.
-    ViewChange_StatusBar(1, GetDefaultPreset(PresetForm::Name), {});
-    ViewChange_StatusBar(3, {}, GetDefaultPreset(PresetForm::Path));
-}
-
-void frmZorvi::ViewChange_Player() {
+void frmZorvi::ViewChange_PlayerPanel() {
     // Panel 2: "-" when the configuration plays nothing, "*" for the program
     // associated with the output, else the player's file name; only a player
     // ending in ".exe" is tested for existence.
