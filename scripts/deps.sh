@@ -10,6 +10,7 @@ packages=(
     xvfb x11-utils xdotool imagemagick                # a private display, screenshots
     fonts-ipafont-gothic                              # Japanese texts
     locales                                           # the code page 932 test runs
+    fp-utils libchm-bin                               # the help file and its check
 )
 
 missing=()
