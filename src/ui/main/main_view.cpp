@@ -233,6 +233,8 @@ void frmZorvi::ChangeLangZorvi() {
     }
     toolTips_[kOnOff - 1] += tmrTimer1.Enabled() ? L"=ON" : L"=OFF";
     RebuildHistoryMenu();
+    // The player menu's first entry is a text of the string table.
+    if (UniqueMenu menu(BuildPlayerMenu()); menu) playerMenu_ = std::move(menu);
 }
 
 }  // namespace zorvi
