@@ -51,6 +51,8 @@ inline constexpr int kMenuPlayerSetting    = 143;
 inline constexpr int kMenuSeparator5       = 144;
 inline constexpr int kMenuShow             = 145;
 inline constexpr int kMenuExit             = 146;
+// Shown only while a compile runs, after "Log Window".
+inline constexpr int kMenuStopCompiling    = 148;
 
 // Configuration window buttons (cmdCommand 0 to 19)
 // Button captions are loaded in order: cmdCommand index = id - kConfigOk.
@@ -160,6 +162,8 @@ inline constexpr int kDosProgramFolderNotFound  = 306;
 inline constexpr int kWindowsProgramNotFound    = 307;
 inline constexpr int kZeroByteFileGenerated     = 308;
 inline constexpr int kConfigurationFileNotFound = 309;
+inline constexpr int kCompileStopped            = 310;
+inline constexpr int kAskStopCompileAndExit     = 311;
 
 // Launch errors
 inline constexpr int kFileNotFound = 400;

@@ -133,6 +133,40 @@ bool clsExecute::StartWithoutShell(const std::string& program, UniqueHandle& pro
     return true;
 }
 
+bool clsExecute::RunConsole(const std::string& commandLine, int showCommand, bool noConsole,
+                            HANDLE job, DWORD& exitCode) {
+    startError_ = ERROR_SUCCESS;
+    PROCESS_INFORMATION started{};
+    try {
+        std::string line = commandLine;
+        STARTUPINFOA startup{};
+        startup.cb = sizeof startup;
+        startup.dwFlags = STARTF_USESHOWWINDOW;
+        startup.wShowWindow = static_cast<WORD>(showCommand);
+        // Suspended until it is in the job, so that nothing it starts escapes.
+        const DWORD flags = (noConsole ? CREATE_NO_WINDOW : CREATE_NEW_CONSOLE) |
+                            (job != nullptr ? CREATE_SUSPENDED : 0);
+        if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, flags, nullptr, nullptr,
+                            &startup, &started)) {
+            startError_ = GetLastError();
+            return false;
+        }
+    } catch (...) {
+        startError_ = ERROR_NOT_ENOUGH_MEMORY;
+        return false;
+    }
+    const UniqueHandle thread(started.hThread);
+    const UniqueHandle process(started.hProcess);
+    // A job that cannot take it (an older system inside a job of its own)
+    // costs only the clean-up of what the script leaves running.
+    if (job != nullptr) AssignProcessToJobObject(job, process.get());
+    if (job != nullptr) ResumeThread(thread.get());
+    running_ = process.get();
+    WaitForEnd(process.get(), exitCode);
+    running_ = nullptr;
+    return true;
+}
+
 // Each round reads the exit code, serves the windows, decides, and then
 // sleeps until the program ends, a message arrives or 100 ms pass, so an
 // ending is seen at once and the windows stay responsive without the wait

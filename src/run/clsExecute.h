@@ -29,6 +29,16 @@ public:
     bool RunProgram(const std::string& program, const std::string& parameters,
                     const std::string& directory, UniqueHandle& process, DWORD& exitCode,
                     int showCommand, HWND ownerWindow, bool wait);
+    // Starts a console program by its whole command line in a console of its
+    // own, shown with showCommand, or with no console window at all; inside
+    // job when one is given (its children follow it there), and waits for it
+    // like a waited RunProgram. A failure leaves StartError() set.
+    bool RunConsole(const std::string& commandLine, int showCommand, bool noConsole, HANDLE job,
+                    DWORD& exitCode);
+    // Ends the program RunConsole waits for; nothing when none.
+    void Terminate() {
+        if (running_ != nullptr) TerminateProcess(running_, 1);
+    }
     bool Aborted() const { return aborted_; }
     void Abort() { aborted_ = true; }  // ends a running wait after its current round
     // Why the last RunProgram started nothing: the system's error number,
@@ -41,6 +51,7 @@ private:
     void WaitForEnd(HANDLE process, DWORD& exitCode);
 
     bool aborted_ = false;
+    HANDLE running_ = nullptr;  // borrowed while RunConsole waits
     DWORD startError_ = 0;
 };
 

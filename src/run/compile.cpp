@@ -24,6 +24,7 @@
 #include "settings/preset.h"
 #include "settings/schema.h"
 #include "ui/result/frmResult.h"
+#include "ui/result/result_text.h"
 
 namespace zorvi {
 namespace {
@@ -57,6 +58,33 @@ std::wstring SystemMessage(DWORD error) {
 // The failed path on the first line, the system's reason on the second.
 TrappedError PlatformError(const std::string& path, DWORD error) {
     return {static_cast<long>(error), Widen(path) + L"\r\n" + SystemMessage(error)};
+}
+
+// The compile whose interpreter runs now, so that the user can stop it.
+struct RunningCompile {
+    clsExecute* runner = nullptr;
+    bool stopRequested = false;
+};
+
+RunningCompile& Running() {
+    static RunningCompile running;
+    return running;
+}
+
+// Every process a compile starts runs in this job; closing its last handle,
+// which the system does when Zorvi ends whichever way, ends them all.
+HANDLE CompileJob() {
+    static const UniqueHandle job = [] {
+        UniqueHandle created(CreateJobObjectA(nullptr, nullptr));
+        JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+        limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+        if (created && !SetInformationJobObject(created.get(), JobObjectExtendedLimitInformation,
+                                                &limits, sizeof limits)) {
+            created.reset();
+        }
+        return created;
+    }();
+    return job.get();
 }
 
 std::string Interpreter() {
@@ -255,7 +283,8 @@ Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
     verdict.detectError = ReadIniFlag(cfg::kDetectError, configuration);
     verdict.output = ReadOutputState(names.output).value_or(OutputState{});
     verdict.oldLastWrite = oldLastWrite;
-    outcome.code = CompileVerdict(verdict);
+    // A stopped compile is a failure whatever it left behind.
+    outcome.code = Running().stopRequested ? kResultStopped : CompileVerdict(verdict);
     return outcome;
 }
 
@@ -403,19 +432,34 @@ FilterCode ExtensionFilter(const std::string& file, std::string& configurationNa
     }
 }
 
-bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND owner,
+bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND /*owner*/,
                       DWORD* startError) {
-    const int showCommand =
-        stepMode ? SW_SHOWNORMAL
-                 : ShowCommandForWindowState(ReadIniInt(cfg::kCUIWindowState, configurationPath));
+    const int windowState = ReadIniInt(cfg::kCUIWindowState, configurationPath);
+    // Step mode waits for keys: it always has a console to press them in.
+    const int showCommand = stepMode ? SW_SHOWNORMAL : ShowCommandForWindowState(windowState);
+    const bool noConsole = !stepMode && windowState == 0;
     clsExecute runner;
-    UniqueHandle process;
     DWORD exitCode = 0;
-    const bool started = runner.RunProgram(
-        Interpreter(), InterpreterParameters(mdlFile::GetShortPath(ScriptFilePath())), "", process,
-        exitCode, showCommand, owner, true);
+    RunningCompile& running = Running();
+    running.runner = &runner;
+    running.stopRequested = false;
+    const bool started = runner.RunConsole(InterpreterCommandLine(Interpreter(), ScriptFilePath()),
+                                           showCommand, noConsole, CompileJob(), exitCode);
+    running.runner = nullptr;
     if (startError != nullptr) *startError = runner.StartError();
     return started;
+}
+
+bool CompileStopRequested() { return Running().stopRequested; }
+
+void StopCompile() {
+    RunningCompile& running = Running();
+    if (running.runner == nullptr) return;
+    running.stopRequested = true;
+    // Everything the script started is in the job; the interpreter is ended
+    // by its handle too, in case the job could not take it.
+    if (const HANDLE job = CompileJob(); job != nullptr) TerminateJobObject(job, 1);
+    running.runner->Terminate();
 }
 
 }  // namespace zorvi

@@ -28,8 +28,8 @@ void CMD_DoCompile(CompileHost& host);
 
 // The command-line compile of targetFile: presetPath (may be empty) or the
 // configuration the extension filter or the settings choose, then the same
-// steps as CMD_DoCompile without the main window. Returns 0, 1 or 2; the
-// caller shows the result window.
+// steps as CMD_DoCompile without the main window. Returns 0, 1, 2 or 3
+// (stopped); the caller shows the result window.
 int DoCompile2(const std::string& targetFile, const std::string& presetPath, bool play);
 
 // Which configuration the main settings' Filter rows give the file.
@@ -40,6 +40,10 @@ FilterCode ExtensionFilter(const std::string& file, std::string& configurationNa
 // the system's reason.
 bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND owner,
                       DWORD* startError = nullptr);
+
+// Ends the running compile's interpreter and everything it started; the
+// compile then finishes as stopped (result 3). Nothing when none runs.
+void StopCompile();
 
 // Where the batch script is written: beside the program, named after it.
 std::string ScriptFilePath();

@@ -133,8 +133,12 @@ std::string InterpreterProgram(const std::optional<std::string>& comSpec) {
     return mdlFile::GetFileName(*comSpec);
 }
 
-std::string InterpreterParameters(std::string_view shortScriptPath) {
-    return "/C " + std::string(shortScriptPath);
+std::string InterpreterCommandLine(std::string_view program, std::string_view scriptPath) {
+    // After /C the interpreter drops the first and the last quote of the rest
+    // of the line whenever that holds more than one pair: the outer pair goes,
+    // the inner one keeps the path whole.
+    return "\"" + std::string(program) + "\" /D /V:OFF /C \"\"" + std::string(scriptPath) +
+           "\"\"";
 }
 
 bool IsAbsolutePath(std::string_view path) {

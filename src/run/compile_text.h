@@ -95,7 +95,12 @@ ShortNameOwner ClassifyShortName(std::string_view shortPath, std::string_view lo
 
 // The interpreter named by COMSPEC, without its folder; "cmd.exe" when unset or empty.
 std::string InterpreterProgram(const std::optional<std::string>& comSpec);
-std::string InterpreterParameters(std::string_view shortScriptPath);
+// The interpreter's whole command line for running the script: AutoRun
+// commands off (/D) and delayed expansion off (/V:OFF), so that the user's
+// own set-up cannot change what the script does, and the script's path
+// quoted so that any folder name works, blanks, "&" and double-byte
+// characters included.
+std::string InterpreterCommandLine(std::string_view program, std::string_view scriptPath);
 
 // A drive path ("C:\x", "C:/x"), a network path or a rooted one ("\x").
 bool IsAbsolutePath(std::string_view path);

@@ -246,6 +246,10 @@ bool frmZorvi::Combo1_KeyDown(int keyCode, int shift) {
 
 bool frmZorvi::Form_KeyDown(int keyCode, int shift) {
     if (MoveWindowByKey(Handle(), keyCode, shift, true)) return true;
+    if (keyCode == VK_ESCAPE && shift == 0 && compiling_) {
+        StopCompile();
+        return true;
+    }
     switch (MainKeyCommand(keyCode, shift, mdlMain::UseAltPopUp())) {
     case MainCommand::None: return false;
     case MainCommand::Help: ShowHelp(); break;
@@ -328,6 +332,19 @@ void frmZorvi::OnDropFiles(HDROP drop) {
     if (!first.empty()) SetFile(first);
 }
 
+bool frmZorvi::CanUnload() {
+    if (!compiling_) return true;
+    // The window cannot go while a compile runs inside its handler: stopped
+    // on request, the compile ends and the window closes after it.
+    if (!closeAfterCompile_ &&
+        ShowCheckMessage(Handle(), LoadText(ids::kAskStopCompileAndExit),
+                         MB_YESNO | MB_ICONQUESTION) == IDYES) {
+        closeAfterCompile_ = true;
+        StopCompile();
+    }
+    return false;
+}
+
 bool frmZorvi::IsComboPart(HWND window) const {
     for (const HWND combo : combo_) {
         if (window == combo || GetParent(window) == combo) return true;
@@ -401,7 +418,6 @@ LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         OnDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
         return 0;
     case WM_CLOSE:
-        // Closing waits for a running compile to end.
         if (CanUnload()) Unload();
         return 0;
     case WM_DESTROY:

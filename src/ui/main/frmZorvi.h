@@ -60,8 +60,8 @@ public:
     // mnuPop's entries: command kPopupCommand + index, caption id 130 + index.
     static constexpr int kPopupCommand = 3000;
     static constexpr int kPopupEntries = 17;
-    enum PopupEntry { kPopupRecentUsed = 3, kPopupWatch = 5, kPopupScript = 12,
-                      kPopupPlayer = 13, kPopupShow = 15 };
+    enum PopupEntry { kPopupRecentUsed = 3, kPopupWatch = 5, kPopupLog = 9, kPopupScript = 12,
+                      kPopupPlayer = 13, kPopupShow = 15, kPopupStop = 17 };
     // Configuration entries (mnuScript, button 4) and player entries
     // (mnuPlayer, button 5): the command plus the entry's position.
     static constexpr int kScriptCommand = 10000;
@@ -216,7 +216,7 @@ private:
     void OnDropFiles(HDROP drop);
     bool PreviewKey(UINT message, WPARAM key);
     void OnChildDoubleClick(HWND child, LPARAM lParam);
-    bool CanUnload() const { return !compiling_; }
+    bool CanUnload();
     void Unload();
     void SaveGeometry();
     void OnSize(WPARAM kind);
@@ -243,6 +243,7 @@ private:
     WatchTimer tmrTimer1;
     std::uint64_t storedTimestamp_ = 0;
     bool compiling_ = false;
+    bool closeAfterCompile_ = false;  // the user chose to stop the compile and exit
     int mode_ = 0;
     int iconSize_ = 16;
     HistorySlots history_;

@@ -9,6 +9,7 @@
 #include "files/path_text.h"
 #include "files/path_win.h"
 #include "res/string_ids.h"
+#include "run/compile.h"
 #include "run/play.h"
 #include "settings/ini_win.h"
 #include "settings/lists_win.h"
@@ -146,6 +147,10 @@ HMENU frmZorvi::PreparePopUp() {
             AppendMenuW(popup.get(), MF_STRING | state,
                         static_cast<UINT_PTR>(kPopupCommand + index), text.c_str());
         }
+        if (index == kPopupLog && compiling_) {
+            AppendMenuW(popup.get(), MF_STRING, kPopupCommand + kPopupStop,
+                        LoadText(ids::kMenuStopCompiling).c_str());
+        }
     }
     popupMenu_ = std::move(popup);
     return popupMenu_.get();
@@ -191,7 +196,7 @@ bool frmZorvi::OnMenuCommand(int id) {
         ChooseScript(static_cast<std::size_t>(id - kScriptCommand));
     } else if (id >= kPlayerCommand && id <= kPlayerCommand + kMaxMenuEntries) {
         ChoosePlayer(static_cast<std::size_t>(id - kPlayerCommand));
-    } else if (id >= kPopupCommand && id < kPopupCommand + kPopupEntries) {
+    } else if (id >= kPopupCommand && id <= kPopupCommand + kPopupStop) {
         switch (id - kPopupCommand) {
         case 0: ShowHelp(); break;
         case 2: CMD_ShowFileDialog(); break;
@@ -201,6 +206,7 @@ bool frmZorvi::OnMenuCommand(int id) {
         case 9: ResultWindow().ShowResult(0); break;
         case 11: ShowConfig(0); break;
         case kPopupShow: CMD_OutIconFromTaskTray(); break;
+        case kPopupStop: StopCompile(); break;
         case 16: PostMessageW(Handle(), WM_CLOSE, 0, 0); break;
         default: break;
         }

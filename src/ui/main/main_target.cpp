@@ -167,6 +167,7 @@ void frmZorvi::ReleaseTarget() {
 
 void frmZorvi::RunCompile() {
     if (compileCommand_) compileCommand_(*this);
+    if (closeAfterCompile_ && !compiling_) PostMessageW(Handle(), WM_CLOSE, 0, 0);
 }
 
 void frmZorvi::CMD_ShowFileDialog() {

@@ -37,7 +37,8 @@ namespace keys = settings::main_file;
 
 ResultTexts CurrentTexts() {
     return {Widen(mdlMain::AppTitle()), LoadText(ids::kCompileErrorDetected),
-            LoadText(ids::kZeroByteFileGenerated), LoadText(ids::kLogFileNotFound)};
+            LoadText(ids::kZeroByteFileGenerated), LoadText(ids::kLogFileNotFound),
+            LoadText(ids::kCompileStopped)};
 }
 
 std::wstring Caption(const std::string& log, bool named) {

@@ -13,11 +13,15 @@ namespace {
 constexpr std::size_t kMaxBytesPerCharacter = 4;
 
 bool IsVerdictMode(int mode) {
-    return mode == kResultCompileError || mode == kResultZeroByteOutput;
+    return mode == kResultCompileError || mode == kResultZeroByteOutput || mode == kResultStopped;
 }
 
 const std::wstring& VerdictText(int mode, const ResultTexts& texts) {
-    return mode == kResultCompileError ? texts.compileError : texts.zeroByteOutput;
+    switch (mode) {
+        case kResultCompileError: return texts.compileError;
+        case kResultStopped: return texts.stopped;
+        default: return texts.zeroByteOutput;
+    }
 }
 
 std::wstring CutAtNul(std::wstring text) {
