@@ -34,6 +34,17 @@ private:
 
 bool HasDollar(std::string_view text) { return text.find('$') != std::string_view::npos; }
 
+// Whether position at stands inside double quotes of its line. A quote is
+// never the second byte of a double-byte character, so bytes can be counted.
+bool InsideQuotes(std::string_view text, std::size_t at) {
+    const std::size_t lineEnd = at == 0 ? std::string_view::npos : text.find_last_of("\r\n", at - 1);
+    bool inside = false;
+    for (std::size_t i = lineEnd == std::string_view::npos ? 0 : lineEnd + 1; i < at; ++i) {
+        if (text[i] == '"') inside = !inside;
+    }
+    return inside;
+}
+
 // Replaces every occurrence of token, ASCII letters matching without regard
 // to case, in one left-to-right pass: what this token inserts is not searched
 // for it again, but later tokens do search it. Only single-byte letters are
@@ -41,8 +52,10 @@ bool HasDollar(std::string_view text) { return text.find('$') != std::string_vie
 // double-byte character is never taken for a letter of a token (an extension
 // token may itself hold such characters). The value is asked for only when
 // the token occurs.
+// In a batch script each value is escaped for where it stands: inside or
+// outside double quotes, counted from the start of its line.
 template <typename Value>
-void ReplaceAll(std::string& text, std::string_view token, Value&& value) {
+void ReplaceAll(std::string& text, std::string_view token, Value&& value, bool forBatch = false) {
     if (token.empty()) return;
     const std::string lowerToken = AsciiLower(token);
     const std::string lowerText = AsciiLower(text);
@@ -53,7 +66,7 @@ void ReplaceAll(std::string& text, std::string_view token, Value&& value) {
     std::size_t copied = 0;
     while (found != std::string::npos) {
         result.append(text, copied, found - copied);
-        result += replacement;
+        result += forBatch ? EscapeForBatch(replacement, InsideQuotes(text, found)) : replacement;
         copied = found + lowerToken.size();
         found = FindText(lowerText, lowerToken, copied);
     }
@@ -63,13 +76,16 @@ void ReplaceAll(std::string& text, std::string_view token, Value&& value) {
 
 // One row of a table: the long form first, then the short one, sharing one value.
 void ReplaceTokens(std::string& text, std::initializer_list<std::string_view> tokens,
-                   const std::function<std::string()>& value) {
+                   const std::function<std::string()>& value, bool forBatch = false) {
     std::optional<std::string> fetched;
     for (const std::string_view token : tokens) {
-        ReplaceAll(text, token, [&]() -> const std::string& {
-            if (!fetched) fetched = value();
-            return *fetched;
-        });
+        ReplaceAll(
+            text, token,
+            [&]() -> const std::string& {
+                if (!fetched) fetched = value();
+                return *fetched;
+            },
+            forBatch);
     }
 }
 
@@ -84,22 +100,26 @@ public:
           programFolder_(facts.programFolder),
           shortProgramFolder_(facts.shortProgramFolder) {}
 
-    std::string Expand(std::string_view text) {
+    std::string Expand(std::string_view text, bool forBatch = false) {
         std::string result(text);
         if (!HasDollar(result)) return result;
-        ReplaceTokens(result, {"$systemroot$", "$windir$"},
+        const auto replace = [&](std::initializer_list<std::string_view> tokens,
+                                 const std::function<std::string()>& value) {
+            ReplaceTokens(result, tokens, value, forBatch);
+        };
+        replace({"$systemroot$", "$windir$"},
                       [&] { return AppendBackslash(windowsFolder_()); });
-        ReplaceTokens(result, {"$desktop$"}, [&] { return AppendBackslash(desktopFolder_()); });
-        ReplaceTokens(result, {"$mydocument$"},
+        replace({"$desktop$"}, [&] { return AppendBackslash(desktopFolder_()); });
+        replace({"$mydocument$"},
                       [&] { return AppendBackslash(documentsFolder_()); });
         // "home" is the program's own folder, not the user's profile.
-        ReplaceTokens(result, {"$homedrive$", "$hd$"},
+        replace({"$homedrive$", "$hd$"},
                       [&] { return std::string(LeadingChars(programFolder_(), 2)); });
-        ReplaceTokens(result, {"$homeroot$", "$hr$"},
+        replace({"$homeroot$", "$hr$"},
                       [&] { return std::string(LeadingChars(programFolder_(), 3)); });
-        ReplaceTokens(result, {"$homepath$", "$hp$"},
+        replace({"$homepath$", "$hp$"},
                       [&] { return AppendBackslash(shortProgramFolder_()); });
-        ReplaceTokens(result, {"$homepath2$", "$hp2$"},
+        replace({"$homepath2$", "$hp2$"},
                       [&] { return StripFileSpec(AppendBackslash(shortProgramFolder_())); });
         return result;
     }
@@ -137,14 +157,37 @@ std::string DotExtension(std::string_view name) {
 
 }  // namespace
 
+std::string EscapeForBatch(std::string_view value, bool insideQuotes) {
+    std::string escaped;
+    escaped.reserve(value.size());
+    for (std::size_t at = 0; at < value.size();) {
+        const std::size_t length = CharLength(value, at);
+        const char c = value[at];
+        if (length == 1 && c == '%') {
+            // Expanded even inside quotes: only doubling keeps it a character.
+            escaped += '%';
+        } else if (length == 1 && !insideQuotes &&
+                   std::string_view("&|<>^()!").find(c) != std::string_view::npos) {
+            escaped += '^';
+        }
+        escaped.append(value.substr(at, length));
+        at += length;
+    }
+    return escaped;
+}
+
 std::string ExpandSystemVariablesWith(std::string_view text, const SystemFacts& facts) {
     return SystemVariables(facts).Expand(text);
 }
 
 std::string ExpandVariablesWith(std::string_view text, bool shortFolders, bool shortNames,
-                                const VariableFacts& facts) {
+                                const VariableFacts& facts, bool forBatch) {
     std::string result(text);
     if (!HasDollar(result)) return result;
+    const auto replace = [&](std::initializer_list<std::string_view> tokens,
+                             const std::function<std::string()>& value) {
+        ReplaceTokens(result, tokens, value, forBatch);
+    };
 
     SystemVariables system(facts.system);
     Lazy<PathParts> console([&] {
@@ -156,33 +199,33 @@ std::string ExpandVariablesWith(std::string_view text, bool shortFolders, bool s
                          facts.shortPath);
     });
 
-    result = system.Expand(result);
-    ReplaceTokens(result, {"$progroot$"}, [&] { return AppendBackslash(console().drive); });
+    result = system.Expand(result, forBatch);
+    replace({"$progroot$"}, [&] { return AppendBackslash(console().drive); });
     // Unlike "$progroot$", always appended: an empty console gives a lone "\".
-    ReplaceTokens(result, {"$pr$"}, [&] { return console().drive + "\\"; });
-    ReplaceTokens(result, {"$progdrive$", "$pd$"}, [&] { return console().drive; });
-    ReplaceTokens(result, {"$progpath$", "$pp$"},
+    replace({"$pr$"}, [&] { return console().drive + "\\"; });
+    replace({"$progdrive$", "$pd$"}, [&] { return console().drive; });
+    replace({"$progpath$", "$pp$"},
                   [&] { return AppendBackslash(console().folder); });
-    ReplaceTokens(result, {"$progpath2$", "$pp2$"},
+    replace({"$progpath2$", "$pp2$"},
                   [&] { return StripBackslash(console().folder); });
-    ReplaceTokens(result, {"$progname$", "$pn$"}, [&] { return console().name; });
-    ReplaceTokens(result, {"$fileroot$", "$fr$"}, [&] { return AppendBackslash(target().drive); });
-    ReplaceTokens(result, {"$filedrive$", "$fd$"}, [&] { return target().drive; });
-    ReplaceTokens(result, {"$filepath$", "$fp$"},
+    replace({"$progname$", "$pn$"}, [&] { return console().name; });
+    replace({"$fileroot$", "$fr$"}, [&] { return AppendBackslash(target().drive); });
+    replace({"$filedrive$", "$fd$"}, [&] { return target().drive; });
+    replace({"$filepath$", "$fp$"},
                   [&] { return AppendBackslash(target().folder); });
-    ReplaceTokens(result, {"$filepath2$", "$fp2$"},
+    replace({"$filepath2$", "$fp2$"},
                   [&] { return StripBackslash(target().folder); });
-    ReplaceTokens(result, {"$filename$", "$fn$"}, [&] { return target().name; });
+    replace({"$filename$", "$fn$"}, [&] { return target().name; });
     // The extension comes from the name as used, so short names give the short
     // extension; every repeat of it goes (song.mml.mml gives song), and a name
     // without one loses all its dots.
-    ReplaceTokens(result, {"$filename2$", "$fn2$"}, [&] {
+    replace({"$filename2$", "$fn2$"}, [&] {
         std::string name = target().name;
         ReplaceAll(name, DotExtension(name), [] { return std::string(); });
         return name;
     });
-    ReplaceTokens(result, {"$extension2$", "$ext2$"}, [&] { return GetExtension(target().name); });
-    ReplaceTokens(result, {"$extension$", "$ext$"}, [&] { return DotExtension(target().name); });
+    replace({"$extension2$", "$ext2$"}, [&] { return GetExtension(target().name); });
+    replace({"$extension$", "$ext$"}, [&] { return DotExtension(target().name); });
     return result;
 }
 

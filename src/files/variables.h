@@ -27,7 +27,14 @@ struct VariableFacts {
 };
 
 std::string ExpandSystemVariablesWith(std::string_view text, const SystemFacts& facts);
+// forBatch: the text is a batch script, and every value is escaped for the
+// command interpreter where it stands (EscapeForBatch), so that a file named
+// "a&b.mml" reaches the tool as that name and starts nothing else.
 std::string ExpandVariablesWith(std::string_view text, bool shortFolders, bool shortNames,
-                                const VariableFacts& facts);
+                                const VariableFacts& facts, bool forBatch = false);
+
+// A value as the command interpreter must read it in a batch file: "%"
+// doubled everywhere; outside double quotes "^" before each of & | < > ^ ( ) !.
+std::string EscapeForBatch(std::string_view value, bool insideQuotes);
 
 }  // namespace zorvi::mdlFile

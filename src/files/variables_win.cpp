@@ -30,19 +30,31 @@ std::string ExpandSystemVariables(const std::string& text) {
     return ExpandSystemVariablesWith(text, SystemFactsOfThisMachine());
 }
 
-std::string ExpandVariables(const std::string& text, bool shortFolders, bool shortNames,
-                            const std::string& configurationPath) {
-    const VariableFacts facts{
+namespace {
+
+VariableFacts FactsFor(const std::string& configurationPath) {
+    return VariableFacts{
         SystemFactsOfThisMachine(),
         [](const std::string& path) { return GetShortPath(path); },
-        [&configurationPath] {
+        [configurationPath] {
             const std::string file =
                 configurationPath.empty() ? GetDefaultPreset() : configurationPath;
             return ReadIni(settings::config_file::kConsole, file);
         },
         [] { return mdlMain::TargetFile(); },
     };
-    return ExpandVariablesWith(text, shortFolders, shortNames, facts);
+}
+
+}  // namespace
+
+std::string ExpandVariables(const std::string& text, bool shortFolders, bool shortNames,
+                            const std::string& configurationPath) {
+    return ExpandVariablesWith(text, shortFolders, shortNames, FactsFor(configurationPath));
+}
+
+std::string ExpandScriptVariables(const std::string& script, bool shortNames,
+                                  const std::string& configurationPath) {
+    return ExpandVariablesWith(script, true, shortNames, FactsFor(configurationPath), true);
 }
 
 }  // namespace zorvi::mdlFile

@@ -12,5 +12,9 @@ std::string ExpandSystemVariables(const std::string& text);
 // target file. A text without "$" comes back as it is, with nothing read.
 std::string ExpandVariables(const std::string& text, bool shortFolders, bool shortNames,
                             const std::string& configurationPath);
+// ExpandVariables for the lines of a batch script: short folders, and every
+// value escaped for the command interpreter where it stands.
+std::string ExpandScriptVariables(const std::string& script, bool shortNames,
+                                  const std::string& configurationPath);
 
 }  // namespace zorvi::mdlFile

@@ -251,7 +251,7 @@ Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
         if (DeleteShortNamed(shortTarget, names.target, names.extension)) oldLastWrite = 0;
     }
 
-    script = mdlFile::ExpandVariables(script, true, shortNames, configuration);
+    script = mdlFile::ExpandScriptVariables(script, shortNames, configuration);
     const bool stepMode = ReadIniFlag(cfg::kStepMode, configuration);
     if (stepMode) script = AddStepPauses(script);
 

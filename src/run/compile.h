@@ -28,7 +28,7 @@ void CMD_DoCompile(CompileHost& host);
 
 // The command-line compile of targetFile: presetPath (may be empty) or the
 // configuration the extension filter or the settings choose, then the same
-// steps as CMD_DoCompile without the main window. Returns 0, 1, 2 or 3
+// steps as CMD_DoCompile without the main window. Returns 0, 1, 2 or 4
 // (stopped); the caller shows the result window.
 int DoCompile2(const std::string& targetFile, const std::string& presetPath, bool play);
 
@@ -42,7 +42,7 @@ bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND 
                       DWORD* startError = nullptr);
 
 // Ends the running compile's interpreter and everything it started; the
-// compile then finishes as stopped (result 3). Nothing when none runs.
+// compile then finishes as stopped (result 4). Nothing when none runs.
 void StopCompile();
 
 // Where the batch script is written: beside the program, named after it.

@@ -348,7 +348,8 @@ TEST(CompileText, InterpreterComesFromComSpecByName) {
         SCOPED_TRACE(c.comSpec.value_or("(unset)"));
         EXPECT_EQ(InterpreterProgram(c.comSpec), c.expected);
     }
-    EXPECT_EQ(InterpreterParameters("C:\\ZORVI~1\\Zorvi.bat"), "/C C:\\ZORVI~1\\Zorvi.bat");
+    EXPECT_EQ(InterpreterCommandLine("cmd.exe", "C:\\a&b c\\Zorvi.bat"),
+              "\"cmd.exe\" /D /V:OFF /C \"\"C:\\a&b c\\Zorvi.bat\"\"");
 }
 
 TEST(CompileText, RequiredToolsAreCountedAndListed) {

@@ -19,7 +19,7 @@ inline constexpr std::size_t kResultRuleLength = 78;
 inline constexpr int kResultPlain = 0;
 inline constexpr int kResultCompileError = 1;
 inline constexpr int kResultZeroByteOutput = 2;
-inline constexpr int kResultStopped = 3;  // the user stopped the compile
+inline constexpr int kResultStopped = 4;  // the user stopped the compile
 
 // The texts of the current language that frame a log.
 struct ResultTexts {
@@ -37,7 +37,7 @@ using DecodeLogBytes = std::function<std::wstring(std::string_view bytes)>;
 // What the window shows when the log file does not exist.
 std::wstring MissingLogText(int mode, const ResultTexts& texts);
 // The verdict line and the rule that stand before the log in modes 1, 2
-// and 3; empty in every other mode.
+// and 4 (stopped); empty in every other mode.
 std::wstring VerdictHeader(int mode, const ResultTexts& texts);
 
 // Builds the shown text from the log's bytes, fed in pieces of any size.
@@ -50,7 +50,7 @@ std::wstring VerdictHeader(int mode, const ResultTexts& texts);
 // a buffer of twice the log's length, at the buffer's first NUL, so a NUL
 // byte inside a line is where the next line starts; what passes the buffer's
 // end is lost. The shown text ends at the buffer's first NUL. Modes other
-// than 0 to 3 show the last line read instead, up to its first NUL.
+// than 0, 1, 2 and 4 show the last line read instead, up to its first NUL.
 class ResultTextBuilder {
 public:
     ResultTextBuilder(int mode, const ResultTexts& texts, std::uint64_t logLength,
@@ -67,7 +67,7 @@ private:
     void WriteLine(const std::wstring& line);
     std::size_t CharactersWanted() const;
 
-    bool lastLineOnly_;              // modes other than 0 to 3 show the last line
+    bool lastLineOnly_;              // modes other than 0, 1, 2 and 4 show the last line
     std::wstring header_;
     DecodeLogBytes decode_;
     std::uint64_t capacity_;         // the buffer: twice the log's length, in characters
