@@ -18,6 +18,7 @@
 #include "run/compile.h"
 #include "run/external_programs.h"
 #include "ui/main/history.h"
+#include "ui/main/watch.h"
 #include "core/handles_win.h"
 #include "ui/window_base.h"
 
@@ -242,6 +243,7 @@ private:
 
     WatchTimer tmrTimer1;
     std::uint64_t storedTimestamp_ = 0;
+    MissingTarget missingTarget_;
     bool compiling_ = false;
     bool closeAfterCompile_ = false;  // the user chose to stop the compile and exit
     int mode_ = 0;

@@ -93,6 +93,7 @@ int frmZorvi::blnAutoChangeConfigBystrGetExtension(const std::string& path) {
 void frmZorvi::SetWatchFile(const std::string& path) {
     const bool wasWatching = tmrTimer1.Enabled();
     tmrTimer1.SetEnabled(false);
+    missingTarget_ = {};
     if (!path.empty()) mdlMain::SetTargetFile(path);
     const std::string& target = mdlMain::TargetFile();
     if (const auto written = LastWriteTime(target)) {
@@ -142,7 +143,7 @@ void frmZorvi::WatchToggle() {
 void frmZorvi::OnTimerTick() {
     const std::string target = mdlMain::TargetFile();
     const auto written = LastWriteTime(target);
-    switch (WatchTick(compiling_, written, storedTimestamp_)) {
+    switch (WatchTick(compiling_, written, storedTimestamp_, missingTarget_, GetTickCount64())) {
     case TickAction::Nothing: return;
     case TickAction::Release: ReleaseTarget(); return;
     case TickAction::Compile: {

@@ -17,10 +17,19 @@ bool NeedsTargetConfirmation(int filterCode, std::string_view extension) {
     return upper != "MML" && upper != "MUS" && upper != "TXT";
 }
 
-TickAction WatchTick(bool compiling, std::optional<std::uint64_t> lastWrite, std::uint64_t stored) {
+TickAction WatchTick(bool compiling, std::optional<std::uint64_t> lastWrite, std::uint64_t stored,
+                     MissingTarget& missing, std::uint64_t nowMs) {
     // A change seen while any compile runs waits for the first tick after it.
     if (compiling) return TickAction::Nothing;
-    if (!lastWrite) return TickAction::Release;
+    if (!lastWrite) {
+        if (missing.ticks == 0) missing.firstMissedMs = nowMs;
+        ++missing.ticks;
+        const bool longGone =
+            missing.ticks >= 3 && nowMs - missing.firstMissedMs >= kMissingGraceMs;
+        return longGone ? TickAction::Release : TickAction::Nothing;
+    }
+    // Back after a safe save: its new time compiles it once.
+    missing = {};
     return *lastWrite != stored ? TickAction::Compile : TickAction::Nothing;
 }
 
@@ -28,11 +37,11 @@ AfterTickCompile AfterTickCompileRule(bool watchStillOn, std::string_view target
                                       std::string_view targetNow) {
     if (targetBefore == targetNow) {
         // The time read before the compile, so a save made meanwhile compiles on the next tick.
-        return {.storeTime = true, .resumeTimer = watchStillOn, .switchOff = false};
+        return {.storeTime = true, .resumeTimer = watchStillOn};
     }
-    // Another file was set meanwhile and its own time is already stored; the
-    // old file's watch does not carry over to it.
-    return {.storeTime = false, .resumeTimer = false, .switchOff = watchStillOn};
+    // Another file was set meanwhile and its own time is already stored: the
+    // watch goes on with it.
+    return {.storeTime = false, .resumeTimer = watchStillOn};
 }
 
 unsigned EffectiveTimerInterval(int milliseconds) {

@@ -21,15 +21,25 @@ enum class TickAction {
     Release,  // the target has gone: let go of it
     Compile,  // the last-write time differs (later or earlier)
 };
+// How long the target has been missing. Editors that save by writing a new
+// file, deleting the old one and renaming leave it missing for a moment:
+// it is let go only when it is still missing on the second tick after the
+// one that found it gone, and never sooner than kMissingGraceMs after that.
+struct MissingTarget {
+    int ticks = 0;                   // ticks that found it missing in a row
+    std::uint64_t firstMissedMs = 0;  // when the first of them did
+};
+inline constexpr std::uint64_t kMissingGraceMs = 500;
+
 // lastWrite is the target's last-write time now (nullopt: the target is gone);
-// stored is the time last seen.
-TickAction WatchTick(bool compiling, std::optional<std::uint64_t> lastWrite, std::uint64_t stored);
+// stored is the time last seen; nowMs a clock in milliseconds.
+TickAction WatchTick(bool compiling, std::optional<std::uint64_t> lastWrite, std::uint64_t stored,
+                     MissingTarget& missing, std::uint64_t nowMs);
 
 // After a compile that a tick started, which the timer was off for.
 struct AfterTickCompile {
     bool storeTime;    // remember the time read before the compile
-    bool resumeTimer;  // watching goes on
-    bool switchOff;    // the watch was on but the target changed: show it off
+    bool resumeTimer;  // watching goes on, with a new target set meanwhile too
 };
 AfterTickCompile AfterTickCompileRule(bool watchStillOn, std::string_view targetBefore,
                                       std::string_view targetNow);

@@ -22,47 +22,71 @@ TEST(Watch, ConfirmationDependsOnFilterCodeAndExtension) {
     }
 }
 
-TEST(Watch, TickComparesTheTimeOnly) {
-    const struct {
-        const char* name;
+TEST(Watch, TickComparesTheTimeAndLetsAMissingTargetGoOnlyWhenItStaysAway) {
+    // Each row is one tick; missing state carries over within a sequence.
+    struct Tick {
         bool compiling;
         std::optional<std::uint64_t> lastWrite;
-        std::uint64_t stored;
+        std::uint64_t nowMs;
         TickAction expected;
+    };
+    const struct {
+        const char* name;
+        std::vector<Tick> ticks;
     } cases[] = {
-        {"unchanged", false, 100, 100, TickAction::Nothing},
-        {"touched", false, 200, 100, TickAction::Compile},
-        {"clock set back", false, 50, 100, TickAction::Compile},
-        {"gone", false, std::nullopt, 100, TickAction::Release},
-        {"changed while compiling", true, 200, 100, TickAction::Nothing},
-        {"gone while compiling", true, std::nullopt, 100, TickAction::Nothing},
+        {"unchanged", {{false, 100, 0, TickAction::Nothing}}},
+        {"touched", {{false, 200, 0, TickAction::Compile}}},
+        {"clock set back", {{false, 50, 0, TickAction::Compile}}},
+        {"changed while compiling", {{true, 200, 0, TickAction::Nothing}}},
+        {"gone for good",
+         {{false, std::nullopt, 1000, TickAction::Nothing},
+          {false, std::nullopt, 1250, TickAction::Nothing},
+          {false, std::nullopt, 1500, TickAction::Release}}},
+        {"gone, fast ticks wait for 500 ms",
+         {{false, std::nullopt, 0, TickAction::Nothing},
+          {false, std::nullopt, 10, TickAction::Nothing},
+          {false, std::nullopt, 20, TickAction::Nothing},
+          {false, std::nullopt, 499, TickAction::Nothing},
+          {false, std::nullopt, 500, TickAction::Release}}},
+        {"safe save: back on the next tick, compiled once",
+         {{false, std::nullopt, 0, TickAction::Nothing},
+          {false, 300, 250, TickAction::Compile},
+          {false, std::nullopt, 500, TickAction::Nothing},
+          {false, std::nullopt, 750, TickAction::Nothing}}},
+        {"gone while compiling",
+         {{true, std::nullopt, 0, TickAction::Nothing},
+          {true, std::nullopt, 600, TickAction::Nothing},
+          {false, std::nullopt, 700, TickAction::Nothing}}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(WatchTick(c.compiling, c.lastWrite, c.stored), c.expected);
+        MissingTarget missing;
+        for (const Tick& tick : c.ticks) {
+            SCOPED_TRACE(tick.nowMs);
+            EXPECT_EQ(WatchTick(tick.compiling, tick.lastWrite, 100, missing, tick.nowMs),
+                      tick.expected);
+        }
     }
 }
 
-TEST(Watch, TimerComesBackOnlyForTheSameTargetStillWatched) {
+TEST(Watch, WatchingGoesOnAfterATickCompileWithTheTargetOfNow) {
     const struct {
         const char* name;
         bool watchOn;
         const char* before;
         const char* now;
-        bool store, resume, off;
+        bool store, resume;
     } cases[] = {
-        {"nothing changed", true, "C:\\a.mml", "C:\\a.mml", true, true, false},
-        {"watch turned off meanwhile", false, "C:\\a.mml", "C:\\a.mml", true, false, false},
-        {"another target set", true, "C:\\a.mml", "C:\\b.mml", false, false, true},
-        {"another target, watch off", false, "C:\\a.mml", "C:\\b.mml", false, false, false},
-        {"same name other case", true, "C:\\a.mml", "C:\\A.mml", false, false, true},
+        {"nothing changed", true, "C:\\a.mml", "C:\\a.mml", true, true},
+        {"watch turned off meanwhile", false, "C:\\a.mml", "C:\\a.mml", true, false},
+        {"another target set", true, "C:\\a.mml", "C:\\b.mml", false, true},
+        {"another target, watch off", false, "C:\\a.mml", "C:\\b.mml", false, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const AfterTickCompile after = AfterTickCompileRule(c.watchOn, c.before, c.now);
         EXPECT_EQ(after.storeTime, c.store);
         EXPECT_EQ(after.resumeTimer, c.resume);
-        EXPECT_EQ(after.switchOff, c.off);
     }
 }
 
