@@ -160,14 +160,11 @@ MissingTools CountMissingTools(int itemCount, const std::function<std::string(in
     const int items = settings::EntriesToRead(itemCount);
     for (int item = 1; item <= items; ++item) {
         const std::string name = itemAt(item);
-        // An empty entry would name the compiler's folder itself and always
-        // pass; it names no tool, so it is missing, shown by its key.
-        if (!name.empty() && exists(name)) continue;
+        // An empty entry names no tool: there is nothing to look for.
+        if (name.empty() || exists(name)) continue;
         ++result.count;
         if (!result.missing.empty()) result.missing += " / ";
-        result.missing +=
-            name.empty() ? settings::NumberedKey(settings::config_file::kRequired.linePrefix, item)
-                         : name;
+        result.missing += name;
     }
     return result;
 }

@@ -28,7 +28,7 @@ int RequiredToolsCheck(const std::string& configurationPath, const std::string& 
             },
             // A required folder (a voice bank, say) counts as much as a file.
             [&](const std::string& item) {
-                return mdlFile::PathExists(RequiredToolPath(base, item));
+                return mdlFile::FileExists(RequiredToolPath(base, item));
             });
         missing = result.missing;
         return result.count;

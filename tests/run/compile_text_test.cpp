@@ -369,9 +369,9 @@ TEST(CompileText, RequiredToolsAreCountedAndListed) {
         {"all there", 3, {"mc.exe", "D:\\lib\\voice.dat", "sub\\drv.dat"}, 0, ""},
         {"two missing", 3, {"a.exe", "mc.exe", "b.dat"}, 2, "a.exe / b.dat"},
         {"absolute missing", 1, {"D:\\lib\\gone.dat"}, 1, "D:\\lib\\gone.dat"},
-        // An empty entry names no tool: it is missing, listed by its key.
-        {"count beyond the items", 3, {"mc.exe"}, 2, "Item2 / Item3"},
-        {"an empty entry", 3, {"a.exe", "", "mc.exe"}, 2, "a.exe / Item2"},
+        // An empty entry names no tool: it is skipped.
+        {"count beyond the items", 3, {"mc.exe"}, 0, ""},
+        {"an empty entry", 3, {"a.exe", "", "mc.exe"}, 1, "a.exe"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

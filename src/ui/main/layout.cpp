@@ -58,12 +58,10 @@ LauncherLayout ComputeLayout(int mode, const LayoutMetrics& m) {
     default: {
         const int listLeft = m.launcherLeft + inset;
         layout.launcherWidth =
-            WidthIfSane(static_cast<std::int64_t>(m.clientWidth) - listLeft - rightMargin);
+            WidthIfSane(static_cast<std::int64_t>(m.windowWidth) - listLeft - rightMargin);
         std::optional<int> listWidth;
         if (layout.launcherWidth) listWidth = WidthIfSane(*layout.launcherWidth - gap);
-        // Centred on the button rather than hanging from its top edge.
-        const int top = m.launcherTop + std::max(0, (m.launcherHeight - m.comboHeight) / 2);
-        layout.member0 = {true, listLeft, top, listWidth};
+        layout.member0 = {true, listLeft, m.launcherTop, listWidth};
         layout.minClientHeight = std::max(m.toolbarHeight, m.comboHeight) + m.statusHeight;
         break;
     }

@@ -24,6 +24,7 @@ int ScaleForDpi(int length, int dpi);
 
 struct LayoutMetrics {
     int clientWidth = 0;
+    int windowWidth = 0;    // the outer width, which layout 0 measures from
     int toolbarHeight = 0;  // of the toolbar when it is shown
     int launcherLeft = 0;   // button 7, in toolbar coordinates
     int launcherTop = 0;

@@ -108,6 +108,9 @@ void frmZorvi::Layout() {
 
     LayoutMetrics metrics;
     metrics.clientWidth = Width(client);
+    RECT window{};
+    GetWindowRect(Handle(), &window);
+    metrics.windowWidth = Width(window);
     metrics.toolbarHeight = Height(toolbar);
     metrics.launcherLeft = launcher.left;
     metrics.launcherTop = launcher.top;

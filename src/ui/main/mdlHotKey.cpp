@@ -17,7 +17,7 @@ bool MoveWindowByKey(HWND window, int virtualKey, int shiftState, bool allowResi
     if (!move) return false;
     if (const auto box = GetWindowBoxTwips(window)) {
         if (const auto moved = ApplyKeyMove(*box, *move)) {
-            MoveWindowOnScreen(window, moved->left, moved->top, moved->width, moved->height);
+            MoveWindowExactly(window, *moved);
         }
     }
     return true;

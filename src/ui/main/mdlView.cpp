@@ -46,6 +46,14 @@ void MoveWindowOnScreen(HWND window, std::optional<int> left, std::optional<int>
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
 }
 
+void MoveWindowExactly(HWND window, const WindowBox& twips) {
+    if (!IsNormalWindowState(window) || twips.width < 0 || twips.height < 0) return;
+    const ScreenDpi dpi = GetScreenDpi();
+    SetWindowPos(window, nullptr, TwipsToPixels(twips.left, dpi.x), TwipsToPixels(twips.top, dpi.y),
+                 TwipsToPixels(twips.width, dpi.x), TwipsToPixels(twips.height, dpi.y),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
 std::optional<WindowBox> GetWindowBoxTwips(HWND window) {
     RECT rect{};
     if (!IsWindow(window) || !GetWindowRect(window, &rect)) return std::nullopt;

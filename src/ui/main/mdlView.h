@@ -24,6 +24,11 @@ ScreenDpi GetScreenDpi();
 void MoveWindowOnScreen(HWND window, std::optional<int> left, std::optional<int> top,
                         std::optional<int> width, std::optional<int> height);
 
+// Moves and sizes a window in twips exactly as asked, off the screen or onto
+// another monitor included: the keyboard's moves go where the user steers.
+// A minimised or maximised window, or a negative size, is left alone.
+void MoveWindowExactly(HWND window, const WindowBox& twips);
+
 // The window's outer rectangle in twips, screen coordinates; nullopt when the
 // window does not exist.
 std::optional<WindowBox> GetWindowBoxTwips(HWND window);

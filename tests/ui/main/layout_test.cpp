@@ -47,6 +47,7 @@ TEST(Layout, LengthsScaleWithTheDpi) {
 LayoutMetrics Strip(int clientWidth, int dpi = 96) {
     LayoutMetrics m;
     m.clientWidth = clientWidth;
+    m.windowWidth = clientWidth;
     m.toolbarHeight = 28;
     m.launcherLeft = 150;
     m.launcherTop = 2;
@@ -63,10 +64,10 @@ TEST(Layout, EachModePlacesOneListMember) {
         bool toolbar, member0, member1;
         int top, minHeight;
     } cases[] = {
-        {0, true, true, false, 4, 48},   // centred on button 7
+        {0, true, true, false, 2, 48},   // at the top of button 7
         {1, true, false, true, 29, 70},  // under the toolbar, one 20-twip gap
         {2, false, false, true, 0, 41},
-        {7, true, true, false, 4, 48},  // out of range: layout 0
+        {7, true, true, false, 2, 48},  // out of range: layout 0
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.mode);
@@ -95,6 +96,11 @@ TEST(Layout, ListFillsTheStretchedLauncherButton) {
     EXPECT_EQ(at144.member0.left, 154);
     EXPECT_EQ(*at144.launcherWidth, 600 - 154 - 10);
     EXPECT_EQ(*at144.member0.width, 600 - 154 - 10 - 2);
+
+    // Layout 0 measures from the window's outer width, frame included.
+    LayoutMetrics framed = Strip(400);
+    framed.windowWidth = 416;
+    EXPECT_EQ(*ComputeLayout(0, framed).launcherWidth, 416 - 153 - 7);
 
     const LauncherLayout free1 = ComputeLayout(1, Strip(400));
     EXPECT_EQ(free1.member1.left, 0);
