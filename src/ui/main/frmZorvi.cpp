@@ -420,6 +420,17 @@ LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CLOSE:
         if (CanUnload()) Unload();
         return 0;
+    case WM_ENDSESSION:
+        // Windows ends the process once this returns: keep what a normal
+        // exit keeps, the places of the windows and the layout.
+        if (wParam != FALSE) {
+            mdlMain::SetShuttingDown();
+            tmrTimer1.SetEnabled(false);
+            DeleteIcon();
+            ReleaseResultWindow();
+            SaveGeometry();
+        }
+        return 0;
     case WM_DESTROY:
         tmrTimer1.SetEnabled(false);
         mdlMain::SetShuttingDown();
