@@ -1,6 +1,7 @@
-// The main window's popup menu, configuration and player menus, tray icon
-// and launcher list, read back from the built menus, the settings files and
-// the launch record.
+// The main window's parts: its popup menu, configuration and player menus,
+// tray icon and launcher list, read back from the built menus, the settings
+// files and the launch record; its keyboard moves, the end of a session, and
+// watching through a compile the timer started.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -238,6 +239,46 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     SendMessageW(window.Handle(), WM_CLOSE, 0, 0);
     EXPECT_EQ(WaitForSingleObject(watch.get(), 10000), WAIT_OBJECT_0);
     SetEnvironmentVariableA("ZPLAYER_RECORD", nullptr);
+}
+
+TEST(MainParts, KeyMovesGoWhereTheKeysSteerAndTheSessionEndKeepsThePlace) {
+    Zorvi zorvi("[Main]\r\nLeft=0\r\nTop=0\r\nMode=2\r\n");
+    frmZorvi& window = *zorvi.window;
+    // Ctrl+Left at the left edge takes the window off it, 512 twips.
+    ASSERT_TRUE(window.Form_KeyDown(VK_LEFT, 2));
+    RECT rect{};
+    GetWindowRect(window.Handle(), &rect);
+    EXPECT_LT(rect.left, 0);
+    SendMessageW(window.Handle(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(zorvi.Setting("Main", "Left"), "-510");  // twips of the pixels it moved
+    EXPECT_EQ(zorvi.Setting("Main", "Mode"), "2");
+}
+
+TEST(MainParts, WatchGoesOnWithATargetSetDuringATickCompile) {
+    Zorvi zorvi("");
+    frmZorvi& window = *zorvi.window;
+    zorvi.folder.Write("b.mml", "o4 d");
+    int compiles = 0;
+    window.SetCompileCommand([&](CompileHost&) {
+        // A drop while the timer's compile runs.
+        if (++compiles == 1) window.SetFile(zorvi.folder / "b.mml");
+    });
+    window.WatchToggle();
+    ASSERT_TRUE(window.Watching());
+    zorvi.folder.Write("song.mml", "o4 e");
+    FILETIME later{};
+    GetSystemTimeAsFileTime(&later);
+    reinterpret_cast<ULARGE_INTEGER*>(&later)->QuadPart += 20'000'000;
+    {
+        const UniqueHandle file(CreateFileA((zorvi.folder / "song.mml").c_str(),
+                                            FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0,
+                                            nullptr));
+        SetFileTime(file.get(), nullptr, nullptr, &later);
+    }
+    SendMessageW(window.Handle(), WM_TIMER, 1, 0);
+    EXPECT_EQ(compiles, 1);
+    EXPECT_TRUE(window.Watching());
+    EXPECT_EQ(mdlMain::TargetFile(), zorvi.folder / "b.mml");
 }
 
 }  // namespace
