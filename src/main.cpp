@@ -1,13 +1,9 @@
 // zorvi.exe: hands the raw command line to Main and serves the windows it opens.
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include "core/mdlMain.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int) {
-    INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES};
-    InitCommonControlsEx(&controls);
     const int exitCode = zorvi::mdlMain::Main(commandLine != nullptr ? commandLine : "");
     return zorvi::mdlMain::RunMessageLoop(exitCode);
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <windows.h>
+#include <commctrl.h>
 
 namespace zorvi {
 
@@ -39,6 +40,13 @@ protected:
     // attached; the derived class names its class with a static ClassName().
     bool CreateNative(DWORD exStyle, const wchar_t* caption, DWORD style, int x, int y, int width,
                       int height, HWND owner, HICON icon = nullptr) {
+        // The common controls are loaded with the first window that may hold
+        // them, so a run that shows none never loads them.
+        static const bool controlsReady = [] {
+            INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES | ICC_TAB_CLASSES};
+            return InitCommonControlsEx(&controls) != FALSE;
+        }();
+        (void)controlsReady;
         const HINSTANCE instance = GetModuleHandleW(nullptr);
         WNDCLASSEXW windowClass{};
         windowClass.cbSize = sizeof windowClass;

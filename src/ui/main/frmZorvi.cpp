@@ -62,6 +62,7 @@ bool frmZorvi::Create(HWND owner) {
     // Double-clicks on the window itself step the layout.
     SetClassLongPtrW(Handle(), GCL_STYLE, GetClassLongPtrW(Handle(), GCL_STYLE) | CS_DBLCLKS);
     tmrTimer1.Attach(Handle(), kWatchTimerId);
+    creating_ = true;
     dpi_ = static_cast<int>(Dpi());
     CreateControls();
     ApplyFonts();
@@ -93,8 +94,9 @@ bool frmZorvi::Create(HWND owner) {
     // 10. The launcher list and the programs that start with Zorvi.
     AddExternalProgram();
     ExternalProgramStartUp();
-    // 11.
+    // 11. The one layout of the finished window.
     mode_ = ReadIniInt(keys::kMainMode, MainFile());
+    creating_ = false;
     ChangeLauncherPos();
     compiling_ = false;
     return true;
@@ -133,6 +135,10 @@ void frmZorvi::CreateControls() {
     statusBar_ = CreateWindowExW(0, STATUSCLASSNAMEW, nullptr,
                                  WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBARS_SIZEGRIP, 0, 0, 0,
                                  0, Handle(), nullptr, instance, nullptr);
+    // Three panels from the start, so that their texts can be set before
+    // the first layout gives them their widths.
+    int parts[3] = {1, 2, -1};
+    SendMessageW(statusBar_, SB_SETPARTS, 3, reinterpret_cast<LPARAM>(parts));
 
     // Combo1: member 0 sits in the toolbar's launcher slot, member 1 stands free.
     for (int member = 0; member < 2; ++member) {

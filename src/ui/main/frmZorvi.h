@@ -249,6 +249,7 @@ private:
     int mode_ = 0;
     int iconSize_ = 16;
     HistorySlots history_;
+    HistorySlots storedHistory_;  // as the settings file holds it
     CompileCommand compileCommand_;
 
     std::array<std::wstring, kButtonCount> toolTips_;
@@ -267,6 +268,7 @@ private:
     int userHeight_ = 0;
     int knownHeight_ = 0;  // the last height seen in the normal state
     bool fitting_ = false;
+    bool creating_ = false;  // Create has not finished: no layout yet
     int dpi_ = 96;
 };
 

@@ -89,7 +89,9 @@ int frmZorvi::MinClientHeight() const {
 }
 
 void frmZorvi::Layout() {
-    if (toolbar_ == nullptr || statusBar_ == nullptr) return;
+    // While the window is being built every step would lay it out again:
+    // it is laid out once, when it is complete.
+    if (toolbar_ == nullptr || statusBar_ == nullptr || creating_) return;
     // A window in the tray or on the taskbar has nothing to lay out.
     if (IsIconic(Handle())) return;
     RECT client{};
@@ -148,7 +150,7 @@ void frmZorvi::Layout() {
 }
 
 void frmZorvi::FitHeightToLayout() {
-    if (!IsNormalWindowState(Handle())) return;
+    if (!IsNormalWindowState(Handle()) || creating_) return;
     RECT window{};
     GetWindowRect(Handle(), &window);
     RECT frame{0, 0, 0, 0};

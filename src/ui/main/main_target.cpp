@@ -205,6 +205,8 @@ void frmZorvi::HistoryLoad() {
     for (std::size_t i = 0; i < history_.size(); ++i) {
         history_[i] = i < slots.size() ? slots[i] : std::string();
     }
+    storedHistory_ = history_;
+    RebuildHistoryMenu();
     HistoryUpdate();
 }
 
@@ -212,9 +214,13 @@ void frmZorvi::HistoryUpdate() {
     const std::string& target = mdlMain::TargetFile();
     history_ =
         HistoryInsert(target.empty() ? std::string() : mdlFile::GetLongPath(target), history_);
-    for (int slot = 0; slot < kHistorySize; ++slot) {
-        settings::WriteHistorySlot(slot, history_[static_cast<std::size_t>(slot)], MainFile());
+    if (history_ == storedHistory_) return;
+    // Only the slots that changed: a start-up that changes nothing writes nothing.
+    for (std::size_t slot = 0; slot < history_.size(); ++slot) {
+        if (history_[slot] == storedHistory_[slot]) continue;
+        settings::WriteHistorySlot(static_cast<int>(slot), history_[slot], MainFile());
     }
+    storedHistory_ = history_;
     RebuildHistoryMenu();
 }
 
