@@ -361,6 +361,7 @@ bool frmZorvi::IsComboPart(HWND window) const {
 void frmZorvi::Unload() {
     mdlMain::SetShuttingDown();
     tmrTimer1.SetEnabled(false);
+    folderWatch_.Stop();
     DeleteIcon();
     ReleaseResultWindow();
     SaveGeometry();
@@ -412,8 +413,13 @@ LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         break;
     }
     case WM_TIMER:
-        if (wParam == kWatchTimerId) OnTimerTick();
+        if (wParam == kSettleTimerId) {
+            KillTimer(Handle(), kSettleTimerId);
+            settling_ = false;
+        }
+        if (wParam == kWatchTimerId || wParam == kSettleTimerId) OnTimerTick();
         return 0;
+    case kFolderChangedMessage: OnFolderChanged(); return 0;
     case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:

@@ -17,6 +17,7 @@
 
 #include "run/compile.h"
 #include "run/external_programs.h"
+#include "ui/main/folder_watch.h"
 #include "ui/main/history.h"
 #include "ui/main/watch.h"
 #include "core/handles_win.h"
@@ -70,6 +71,8 @@ public:
     static constexpr int kMaxMenuEntries = 9000;
     // Tray icon events arrive as this message, the mouse message in lParam.
     static constexpr UINT kTrayMessage = WM_APP + 2;
+    // Something changed in the target's folder.
+    static constexpr UINT kFolderChangedMessage = WM_APP + 3;
 
     frmZorvi();
     ~frmZorvi() override;
@@ -213,6 +216,8 @@ private:
     void ApplyAlwaysOnTop();
     void RunCompile();
     void OnTimerTick();
+    void UpdateFolderWatch();
+    void OnFolderChanged();
     void ReleaseTarget();
     void OnDropFiles(HDROP drop);
     bool PreviewKey(UINT message, WPARAM key);
@@ -244,6 +249,9 @@ private:
     WatchTimer tmrTimer1;
     std::uint64_t storedTimestamp_ = 0;
     MissingTarget missingTarget_;
+    FolderWatch folderWatch_;
+    std::uint64_t settleDeadline_ = 0;  // a burst of changes is looked at once, by then
+    bool settling_ = false;
     bool compiling_ = false;
     bool closeAfterCompile_ = false;  // the user chose to stop the compile and exit
     int mode_ = 0;

@@ -106,6 +106,7 @@ void frmZorvi::SetWatchFile(const std::string& path) {
     }
     ViewUpdate();
     RefreshTrayIcon();
+    UpdateFolderWatch();
 }
 
 void frmZorvi::WatchFileOptionChk() {
@@ -131,6 +132,30 @@ void frmZorvi::ViewChange_OnOff(bool on) {
     watchMenuCaption_ = name + (on ? L" [ON]" : L" [OFF]");
     tmrTimer1.SetEnabled(on);
     RefreshTrayIcon();
+    UpdateFolderWatch();
+}
+
+void frmZorvi::UpdateFolderWatch() {
+    const std::string& target = mdlMain::TargetFile();
+    // The timer stays on as well: it sees changes on drives that send no
+    // notifications, and a folder that has gone.
+    if (tmrTimer1.Enabled() && !target.empty()) {
+        folderWatch_.Watch(Handle(), kFolderChangedMessage, mdlFile::GetParentFolder(target));
+    } else {
+        folderWatch_.Stop();
+    }
+}
+
+void frmZorvi::OnFolderChanged() {
+    folderWatch_.Taken();
+    if (!tmrTimer1.Enabled()) return;
+    const std::uint64_t now = GetTickCount64();
+    if (!settling_) {
+        settling_ = true;
+        settleDeadline_ = now + kBurstMs;
+    }
+    // Each change restarts the wait for quiet, up to the burst's deadline.
+    if (now + kSettleMs <= settleDeadline_) SetTimer(Handle(), kSettleTimerId, kSettleMs, nullptr);
 }
 
 void frmZorvi::WatchToggle() {
