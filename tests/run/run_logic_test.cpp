@@ -110,7 +110,7 @@ TEST(CompileText, CommandLineCompileChoosesItsConfiguration) {
     });
 }
 
-TEST(CompileText, VerdictPlayTargetAndInterpreter) {
+TEST(CompileText, VerdictPlayTargetInterpreterAndShortNameOwners) {
     const OutputState fresh{true, 10, 200}, empty{true, 0, 200}, old{true, 5, 100};
     // Rename back due, renamed back, detecting errors, the output, its time before the run.
     ExpectRows<VerdictFacts, int>(CompileVerdict, {
@@ -129,11 +129,8 @@ TEST(CompileText, VerdictPlayTargetAndInterpreter) {
         {"C:\\4nt\\4NT.EXE", "4NT.EXE"}, {S(), "cmd.exe"}, {std::nullopt, "cmd.exe"},
     });
     EXPECT_EQ(InterpreterParameters("C:\\ZORVI~1\\Zorvi.bat"), "/C C:\\ZORVI~1\\Zorvi.bat");
-}
-
-TEST(CompileText, ShortNamesAreTouchedOnlyWhenTheyAreOurs) {
+    // Who owns a short name: the short path, its true long form, the long path expected.
     const testing::ShiftJisCodePage shiftJis;
-    // The short path, its true long form, and the long path the compile expects.
     ExpectRows<S3, ShortNameOwner>(ClassifyShortName, {
         {{"C:\\S\\MY_S~AB.log", "", "C:\\S\\my song.log"}, ShortNameOwner::Missing},
         {{"C:\\S\\MY_S~AB.log", "C:\\S\\My Song.LOG", "c:\\s\\my song.log"}, ShortNameOwner::Alias},
@@ -165,8 +162,7 @@ TEST(CompileText, RequiredToolsAreCountedAndListed) {
         return std::pair(result.count, result.missing);
     };
     ExpectRows<std::tuple<int, Items>, std::pair<int, S>>(count, {
-        {{0, {}}, {-1, ""}}, {{-2, {}}, {-1, ""}},
-        {{2, {"mc.exe", "D:\\lib\\voice.dat"}}, {0, ""}},
+        {{0, {}}, {-1, ""}}, {{-2, {}}, {-1, ""}}, {{2, {"mc.exe", "D:\\lib\\voice.dat"}}, {0, ""}},
         {{3, {"a.exe", "mc.exe", "D:\\lib\\b.dat"}}, {2, "a.exe / D:\\lib\\b.dat"}},
         {{3, {"", "mc.exe"}}, {2, "Item1 / Item3"}},  // an empty entry is missing, named by its key
     });

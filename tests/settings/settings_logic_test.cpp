@@ -16,7 +16,7 @@ using S = std::string;
 using List = std::vector<S>;
 
 // The writes in one line, file and section named each time they change:
-// "M Option: AutoOpen=0 AutoWatch=1 | C Script: Line=0 Line1=".
+// "M Option: AutoOpen=0 AutoWatch=1 | C Script: Line=0 Line1=". A list alone shows as "M".
 S Describe(const std::vector<PlannedWrite>& writes) {
     S text, place;
     for (const auto& [file, write, change] : writes) {
@@ -75,15 +75,14 @@ TEST(ListLayouts, CleaningKeepsFirstOccurrencesOfExistingFiles) {
         });
     };
     ExpectRows<List, List>(clean, {
-        {{}, {}},
-        {{"", "C:\\p", "gone", "c:\\P", "C:\\p", " ", " "}, {"C:\\p", "c:\\P", " "}},
+        {{}, {}}, {{"", "C:\\p", "gone", "c:\\P", "C:\\p", " ", " "}, {"C:\\p", "c:\\P", " "}},
         {{"z", "gone", "a", "z", "m", "a"}, {"z", "a", "m"}},
     });
     // Once for each distinct entry.
     EXPECT_EQ(asked, (List{"C:\\p", "gone", "c:\\P", " ", "z", "gone", "a", "m"}));
 }
 
-TEST(ConfigSave, SafeAndReservedNames) {
+TEST(ConfigSave, NamesAndEveryKeyInItsOrder) {
     ExpectRows<S, S>(SafeConfigurationName, {
         {S("ab\0:x", 5), "ab"},  // the name ends at a NUL, as any text handed to the platform
         {"..\\..\\evil", ".._.._evil"},
@@ -93,9 +92,6 @@ TEST(ConfigSave, SafeAndReservedNames) {
         {"PRN ", true}, {"COM0", false}, {"COM10", false}, {"console", false}, {"LPT", false},
         {"", false},
     });
-}
-
-TEST(ConfigSave, EveryKeyInItsOrder) {
     const ConfigurationValues values{
         .name = "fa:st", .alwaysTop = true, .autoSetFile = true, .autoWatch = true,
         .taskTray = true, .autoShutDown = true, .autoClose = true, .editor = "ed.exe",
@@ -142,7 +138,9 @@ TEST(ConfigSave, VisibleSettingsAreWrittenOnlyWhenTheyDiffer) {
         values.japanese = japanese;
         auto writes = PlanConfigurationSave(values, stored).writes;
         std::erase_if(writes, [](const auto& w) { return w.change == VisibleChange::None; });
-        for (auto& w : writes) w.write.value += "/" + std::to_string(static_cast<int>(w.change));
+        for (auto& w : writes) {
+            w.write.value.append("/").append(std::to_string(static_cast<int>(w.change)));
+        }
         return Describe(writes);
     };
     ExpectRows<std::tuple<bool, int, bool, StoredVisibleSettings>, S>(visible, {

@@ -34,12 +34,12 @@ TEST(History, TheTargetGoesOnTopOnce) {
         {{"", Slots({"", "a", "", "a", "b"})}, Slots({"a", "b"})},
     });
     HistorySlots slots;
-    for (int i = 0; i < 33; ++i) slots = HistoryInsert("f" + std::to_string(i), slots);
-    EXPECT_EQ(slots[0], "f32");
-    EXPECT_EQ(slots[31], "f1");  // the oldest fell off
-    const HistorySlots again = HistoryInsert("f1", slots);  // a full list only reorders
-    EXPECT_EQ(again[1], "f32");
-    EXPECT_EQ(again[31], "f2");
+    for (int i = 0; i < 33; ++i) slots = HistoryInsert(std::to_string(i), slots);
+    EXPECT_EQ(slots[0], "32");
+    EXPECT_EQ(slots[31], "1");  // the oldest fell off
+    const HistorySlots again = HistoryInsert("1", slots);  // a full list only reorders
+    EXPECT_EQ(again[1], "32");
+    EXPECT_EQ(again[31], "2");
     ExpectRows<std::tuple<int, S>, S>(HistoryCaption, {
         {{0, "C:\\a"}, "&0 : C:\\a"}, {{3, "C:\\R&B"}, "&3 : C:\\R&&B"}, {{31, ""}, "&31 : "},
     });
