@@ -124,8 +124,8 @@ void WriteTrack(Bytes& out, const Track& track) {
 }  // namespace
 
 std::vector<std::uint8_t> WriteSmf(const Song& song) {
-    Bytes out;
-    out.insert(out.end(), {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1});
+    // Format 1: the header's length (6), then the format.
+    Bytes out = {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1};
     PutBigEndian(out, song.tracks.size() + 1, 2);
     PutBigEndian(out, kTicksPerQuarter, 2);
 
