@@ -145,7 +145,8 @@ public:
                 ++state.pos;
             } else if (c == ';') {
                 state.pos = std::min(source_.find('\n', state.pos), source_.size());
-            } else if (c == '/' && state.pos + 1 < source_.size() && source_[state.pos + 1] == '*') {
+            } else if (c == '/' && state.pos + 1 < source_.size() &&
+                       source_[state.pos + 1] == '*') {
                 SkipBlockComment(report);
             } else {
                 item = Item::Command;
@@ -337,7 +338,9 @@ public:
             }
         }
         if (!stopped_ && !shared_.aborted) {
-            for (const Loop& loop : loops_) report_.Error(loop.open, "'[' is never closed with ']'");
+            for (const Loop& loop : loops_) {
+                report_.Error(loop.open, "'[' is never closed with ']'");
+            }
             if (tiePending_) report_.Warning(tieAt_, "'&' at the end of the track ties to nothing");
         }
         track_.endTick = tick_;
@@ -361,7 +364,9 @@ private:
             Rest(ReadLength(false, at), at);
             return;
         case 'o':
-            if (auto octave = ReadValue(c, at, "an octave", "octave", 0, kMaxOctave)) octave_ = *octave;
+            if (auto octave = ReadValue(c, at, "an octave", "octave", 0, kMaxOctave)) {
+                octave_ = *octave;
+            }
             return;
         case '<':
             if (octave_ == 0) return report_.Error(at, "'<' goes below octave 0");
@@ -510,7 +515,8 @@ private:
                 tied.duration += length;
                 return Advance(length, at);
             }
-            report_.Warning(tieAt_, "'&' joins notes of different pitch; the second is struck anew");
+            report_.Warning(tieAt_,
+                            "'&' joins notes of different pitch; the second is struck anew");
         }
         if (velocity_ == 0) {  // v0: the note keeps its time but sounds nothing
             lastNote_ = -1;

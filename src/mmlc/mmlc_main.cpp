@@ -146,7 +146,8 @@ int MmlcMain(const std::vector<std::string>& args, std::ostream& out, std::ostre
     if (output.empty()) output = DefaultOutputPath(source);
     out << "mmlc: " << source << " -> " << output << std::endl;
     if (output == source) {
-        err << source << "(1,1): error: the output would overwrite the song; name another with -o\n";
+        err << source
+            << "(1,1): error: the output would overwrite the song; name another with -o\n";
         return kExitFailed;
     }
 

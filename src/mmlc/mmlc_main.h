@@ -9,7 +9,8 @@
 namespace mmlc {
 
 inline constexpr int kExitOk = 0;
-inline constexpr int kExitFailed = 1;  // the song has errors, or the file could not be read or written
+// The song has errors, or a file could not be read or written.
+inline constexpr int kExitFailed = 1;
 inline constexpr int kExitUsage = 2;
 
 // args: the arguments after the program's name.

@@ -2,7 +2,8 @@
 // song, the MIDI writer; traps when a promise of the parser is broken. The
 // limits are small so that each input takes milliseconds.
 //   cmake -S . -B build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DZORVI_FUZZ=ON -DZORVI_SANITIZE=ON
-//   cmake --build build/fuzz --target mml_parse_fuzz && build/fuzz/tests/mml_parse_fuzz -max_total_time=60
+//   cmake --build build/fuzz --target mml_parse_fuzz
+//   build/fuzz/tests/mml_parse_fuzz -max_total_time=60 CORPUS_FOLDER
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
