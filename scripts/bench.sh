@@ -1,19 +1,20 @@
 #!/usr/bin/env bash
-# Benchmarks, run on demand (not a test): what Zorvi adds to a command-line
-# compile over running the same batch file with "cmd /C" directly, and the
-# time and peak memory to show a 10 MB and a 1 GB log in the result window.
-# Everything runs under a private Wine prefix and Xvfb in build/windows/bench,
-# on files in a temporary folder that is removed afterwards.
+# Benchmarks, run on demand (not a test): the example compiler mmlc on a
+# generated 10 000-bar song (natively, its output read back by midicsv); what
+# Zorvi adds to a command-line compile over running the same batch file with
+# "cmd /C" directly, and the time and peak memory to show a 10 MB and a 1 GB
+# log in the result window. The Zorvi parts run under a private Wine prefix
+# and Xvfb in build/windows/bench, on files in a temporary folder that is
+# removed afterwards.
 #   Usage: scripts/bench.sh [compile runs, default 10] [log sizes in MB, default "10 1024"]
 #   ZORVI_BENCH_BUILD=DIR builds and runs in DIR instead of build/windows.
+#   ZORVI_BENCH_ONLY=mmlc measures mmlc alone (no Wine needed).
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 runs=${1:-10}
 sizes=${2:-"10 1024"}
 build=${ZORVI_BENCH_BUILD:-"$root/build/windows"}
-
-cmake --preset windows -S "$root" -B "$build" >/dev/null
-cmake --build "$build" --target zorvi zcompiler -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
+jobs=$(nproc 2>/dev/null || echo 2)
 
 harness="$build/bench"
 work=$(mktemp -d /tmp/zorvi-bench.XXXXXX)
@@ -22,6 +23,59 @@ cleanup() {
     rm -rf "$work"
 }
 trap cleanup EXIT
+
+now_ms() { date +%s%3N; }
+
+# Mean wall time in milliseconds of running "$@" $runs times.
+mean_ms() {
+    local total=0 start
+    for ((i = 0; i < runs; i++)); do
+        start=$(now_ms)
+        "$@" >/dev/null 2>&1
+        total=$((total + $(now_ms) - start))
+    done
+    echo $((total / runs))
+}
+
+# ---------------------------------------------------------------------- mmlc
+# An optimised native build (the host preset's has sanitizers). The song has
+# one line per bar and track: eight eighth notes in A, a loop of four
+# quarters in B, a tied whole note in C; midicsv must find every note and the
+# end of the song where the bars put it.
+bars=10000
+native="$root/build/bench-native"
+cmake -S "$root" -B "$native" -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake --build "$native" --target mmlc -j "$jobs" >/dev/null
+awk -v bars="$bars" 'BEGIN {
+    print "#title Benchmark"
+    print "A t132 o4 l8"
+    print "C o4 v70"
+    for (bar = 0; bar < bars; bar++) {
+        print "A c d e f g a b > c <"
+        print "B [ c4 g4 ]2"
+        print "C e2&e2"
+    }
+}' >"$work/long.mml"
+notes=$((bars * (8 + 4 + 1)))
+echo "== mmlc (native, optimised): $bars bars, 3 tracks, $notes notes, $(($(stat -c %s "$work/long.mml") / 1024)) KB of MML"
+mmlc_ms=$(mean_ms "$native/mmlc" "$work/long.mml")
+/usr/bin/time -f '%U %S %M' -o "$work/time.txt" "$native/mmlc" "$work/long.mml" >/dev/null
+read -r user_s system_s peak_kb <"$work/time.txt"
+midicsv "$work/long.mid" "$work/long.csv"
+read_notes=$(awk -F', ' '$3 == "Note_on_c" && $6 > 0' "$work/long.csv" | wc -l)
+song_end=$(awk -F', ' '$3 == "End_track" && $2 > end { end = $2 } END { print end + 0 }' "$work/long.csv")
+printf 'mmlc long.mml                  : %s ms (mean of %s), processor %.0f ms, peak RSS %d MB, %d KB of MIDI\n' \
+    "$mmlc_ms" "$runs" "$(awk -v u="$user_s" -v s="$system_s" 'BEGIN { print (u + s) * 1000 }')" \
+    $((peak_kb / 1024)) $(($(stat -c %s "$work/long.mid") / 1024))
+echo "midicsv reads                  : $read_notes notes, the end at tick $song_end (expected $notes, $((bars * 1920)))"
+[ "$read_notes" -eq "$notes" ] && [ "$song_end" -eq $((bars * 1920)) ] ||
+    { echo "midicsv does not read the song that was written" >&2; exit 1; }
+rm -f "$work/long.mml" "$work/long.mid" "$work/long.csv"
+[ "${ZORVI_BENCH_ONLY:-}" = mmlc ] && exit 0
+
+# ------------------------------------------------------------------ Zorvi
+cmake --preset windows -S "$root" -B "$build" >/dev/null
+cmake --build "$build" --target zorvi zcompiler -j "$jobs" >/dev/null
 "$root/tests/harness/start.sh" "$harness" >/dev/null
 # shellcheck source=../tests/harness/wine-env.sh
 . "$root/tests/harness/wine-env.sh" "$harness"
@@ -36,19 +90,6 @@ printf '[Configure]\r\nConsole=%s\r\nExtension=out\r\n[Option]\r\nUseCUI=1\r\nCU
     "$(win "$work/tools/zcompiler.exe")" >"$work/cfg/bench.ini"
 printf 'log=benchmark\r\no4 cdefgab>c\r\n' >"$work/song.mml"
 song=$(win "$work/song.mml")
-
-now_ms() { date +%s%3N; }
-
-# Mean wall time in milliseconds of running "$@" $runs times.
-mean_ms() {
-    local total=0 start
-    for ((i = 0; i < runs; i++)); do
-        start=$(now_ms)
-        "$@" >/dev/null 2>&1
-        total=$((total + $(now_ms) - start))
-    done
-    echo $((total / runs))
-}
 
 echo "== Command-line compile, mean of $runs runs"
 wine "$work/zorvi.exe" -compilenow "$song" >/dev/null 2>&1

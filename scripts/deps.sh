@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-    cmake make g++ googletest                         # host build and tests
+    cmake make g++ googletest midicsv                 # host build and tests
     g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64  # zorvi.exe
     wine wine64 fonts-wine                            # running it
     xvfb x11-utils xdotool imagemagick                # a private display, screenshots
