@@ -4,6 +4,7 @@
 
 #include <shellapi.h>
 
+#include <cstdint>
 #include <utility>
 
 #include "core/mdlMain.h"
@@ -172,6 +173,7 @@ bool clsExecute::RunConsole(const std::string& commandLine, int showCommand, boo
 // ending is seen at once and the windows stay responsive without the wait
 // using the processor.
 void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
+    noticeDelayMs_.reset();
     for (;;) {
         DWORD code = 0;
         const bool known = process != nullptr && GetExitCodeProcess(process, &code);
@@ -179,6 +181,16 @@ void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
         if (!PumpMessages()) return;
         // A handle whose exit code cannot be read will never report an end:
         // stop rather than poll for ever.
+        if (known && exitCode != STILL_ACTIVE) {
+            FILETIME created{}, exited{}, kernel{}, user{}, now{};
+            GetSystemTimeAsFileTime(&now);
+            if (GetProcessTimes(process, &created, &exited, &kernel, &user)) {
+                const auto ticks = [](const FILETIME& t) {
+                    return (static_cast<std::uint64_t>(t.dwHighDateTime) << 32) | t.dwLowDateTime;
+                };
+                noticeDelayMs_ = static_cast<double>(ticks(now) - ticks(exited)) / 10000.0;
+            }
+        }
         if (aborted_ || !known || exitCode != STILL_ACTIVE) return;
         MsgWaitForMultipleObjectsEx(1, &process, kPollMilliseconds, QS_ALLINPUT,
                                     MWMO_INPUTAVAILABLE);

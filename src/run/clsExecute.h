@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,10 @@ public:
         if (running_ != nullptr) TerminateProcess(running_, 1);
     }
     bool Aborted() const { return aborted_; }
+    // How long after the program's end the last wait returned, in
+    // milliseconds, from the system's own record of when it ended; nullopt
+    // when no waited program ended.
+    std::optional<double> NoticeDelayMs() const { return noticeDelayMs_; }
     void Abort() { aborted_ = true; }  // ends a running wait after its current round
     // Why the last RunProgram started nothing: the system's error number,
     // taken at once (the plain start's when that was tried); 0 after a start.
@@ -52,6 +57,7 @@ private:
 
     bool aborted_ = false;
     HANDLE running_ = nullptr;  // borrowed while RunConsole waits
+    std::optional<double> noticeDelayMs_;
     DWORD startError_ = 0;
 };
 

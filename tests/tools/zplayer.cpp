@@ -3,6 +3,7 @@
 // Each start appends one record to the record file and ends at once with exit code 0:
 //   cmdline=<the full command line, as GetCommandLineA gives it>
 //   cwd=<the working folder>
+//   console=<1 when it has a console window, else 0>
 //   arg1=<first argument, as the C runtime splits the command line>
 //   arg2=...                  (one line per argument; none when there are none)
 // Lines end with CRLF; a new record always begins with its "cmdline=" line.
@@ -27,7 +28,8 @@ int main(int argc, char** argv) {
     const std::string folder(buffer, folderLength < sizeof buffer ? folderLength : 0);
 
     std::ofstream record(recordPath, std::ios::binary | std::ios::app);
-    record << "cmdline=" << GetCommandLineA() << "\r\n" << "cwd=" << folder << "\r\n";
+    record << "cmdline=" << GetCommandLineA() << "\r\n" << "cwd=" << folder << "\r\n"
+           << "console=" << (GetConsoleWindow() != nullptr ? 1 : 0) << "\r\n";
     for (int i = 1; i < argc; ++i) record << "arg" << i << "=" << argv[i] << "\r\n";
     return record ? 0 : 1;
 }

@@ -7,6 +7,8 @@
 #include <windows.h>
 
 #include <deque>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -239,6 +241,48 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     SendMessageW(window.Handle(), WM_CLOSE, 0, 0);
     EXPECT_EQ(WaitForSingleObject(watch.get(), 10000), WAIT_OBJECT_0);
     SetEnvironmentVariableA("ZPLAYER_RECORD", nullptr);
+}
+
+// Serves this thread's messages until the condition holds or the time is up.
+bool PumpUntil(const std::function<bool()>& condition) {
+    return testing::WaitUntil([&] {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+        return condition();
+    });
+}
+
+TEST(MainParts, FolderChangesWakeTheWatchAndTheTimerTakesOverWhenTheFolderGoes) {
+    // The timer's own period is far away: only the notification can compile.
+    Zorvi zorvi("[Option]\r\nTimerInterval=600000\r\n");
+    frmZorvi& window = *zorvi.window;
+    std::vector<std::string> compiled;
+    window.SetCompileCommand(
+        [&](CompileHost&) { compiled.push_back(zorvi.folder.Read("song.mml")); });
+    window.WatchToggle();
+    // A burst of writes before anything is served: compiled once, the last.
+    for (const char* text : {"o4 c", "o4 cd", "o4 cde", "o4 cdef"}) {
+        zorvi.folder.Write("song.mml", text);
+    }
+    ASSERT_TRUE(PumpUntil([&] { return compiled.size() == 1; }));
+    EXPECT_EQ(compiled[0], "o4 cdef");
+
+    // A new target in another folder: the notification follows it.
+    TempFolder other;
+    other.Write("b.mml", "o4 d");
+    window.SetFile(other / "b.mml");
+    window.SetCompileCommand([&](CompileHost&) { compiled.push_back(other.Read("b.mml")); });
+    other.Write("b.mml", "o4 de");
+    ASSERT_TRUE(PumpUntil([&] { return compiled.size() == 2; }));
+    EXPECT_EQ(compiled[1], "o4 de");
+
+    // The folder goes: the timer's ticks let the target go.
+    std::filesystem::remove_all(other.Path());
+    ASSERT_TRUE(PumpUntil([&] {
+        SendMessageW(window.Handle(), WM_TIMER, 1, 0);
+        return mdlMain::TargetFile().empty();
+    }));
+    EXPECT_FALSE(window.Watching());
 }
 
 TEST(MainParts, KeyMovesGoWhereTheKeysSteerAndTheSessionEndKeepsThePlace) {
