@@ -3,6 +3,7 @@
 
 #include <climits>
 
+#include "core/text.h"
 #include "files/path_text.h"
 
 namespace zorvi {
@@ -10,10 +11,7 @@ namespace zorvi {
 bool NeedsTargetConfirmation(int filterCode, std::string_view extension) {
     if (filterCode == 1) return true;
     if (filterCode != 0) return false;
-    std::string upper(extension);
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
+    const std::string upper = AsciiUpper(extension);
     return upper != "MML" && upper != "MUS" && upper != "TXT";
 }
 
