@@ -53,13 +53,15 @@ struct Kernel {
     static void Close(Type value) noexcept { CloseHandle(value); }
 };
 
-struct Find {
+// Handles whose "none" is INVALID_HANDLE_VALUE, released by Release.
+template <auto Release>
+struct Invalidated {
     using Type = HANDLE;
     static Type Empty() noexcept { return INVALID_HANDLE_VALUE; }
     static bool IsValid(Type value) noexcept {
         return value != nullptr && value != INVALID_HANDLE_VALUE;
     }
-    static void Close(Type value) noexcept { FindClose(value); }
+    static void Close(Type value) noexcept { Release(value); }
 };
 
 // Handles released by one call taking the handle alone.
@@ -77,7 +79,9 @@ inline void ReleaseScreenDC(HDC dc) noexcept { ReleaseDC(nullptr, dc); }
 }  // namespace handle_traits
 
 using UniqueHandle = UniqueResource<handle_traits::Kernel>;
-using UniqueFindHandle = UniqueResource<handle_traits::Find>;
+using UniqueFindHandle = UniqueResource<handle_traits::Invalidated<&FindClose>>;
+using UniqueChangeNotification =
+    UniqueResource<handle_traits::Invalidated<&FindCloseChangeNotification>>;
 using UniqueMenu = UniqueResource<handle_traits::Simple<HMENU, &DestroyMenu>>;
 using UniqueImageList = UniqueResource<handle_traits::Simple<HIMAGELIST, &ImageList_Destroy>>;
 using UniqueIcon = UniqueResource<handle_traits::Simple<HICON, &DestroyIcon>>;

@@ -11,16 +11,6 @@ constexpr DWORD kChanges =
 // more often than this: a folder that changes all the time costs no processor.
 constexpr DWORD kBusyPauseMs = 5;
 
-struct FindChangeTraits {
-    using Type = HANDLE;
-    static Type Empty() noexcept { return INVALID_HANDLE_VALUE; }
-    static bool IsValid(Type value) noexcept {
-        return value != nullptr && value != INVALID_HANDLE_VALUE;
-    }
-    static void Close(Type value) noexcept { FindCloseChangeNotification(value); }
-};
-using UniqueChangeNotification = UniqueResource<FindChangeTraits>;
-
 }  // namespace
 
 bool FolderWatch::Watch(HWND window, UINT message, const std::string& folder) {

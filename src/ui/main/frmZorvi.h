@@ -19,6 +19,7 @@
 #include "run/external_programs.h"
 #include "ui/main/folder_watch.h"
 #include "ui/main/history.h"
+#include "ui/main/layout.h"
 #include "ui/main/watch.h"
 #include "core/handles_win.h"
 #include "ui/window_base.h"
@@ -195,6 +196,7 @@ private:
     void Layout();
     void FitHeightToLayout();
     int MinClientHeight() const;
+    LayoutMetrics MeasureLayout() const;
     void SetButtonEnabled(int button, bool enabled);
     void SetMenuEnabled(int index, bool enabled);
     void SetButtonImage(int button, int image);

@@ -72,20 +72,30 @@ void frmZorvi::PlaceFromSettings() {
                       : Height(rect);
 }
 
-int frmZorvi::MinClientHeight() const {
-    if (toolbar_ == nullptr || statusBar_ == nullptr) return 0;
-    RECT toolbar{}, status{}, combo{}, launcher{};
+LayoutMetrics frmZorvi::MeasureLayout() const {
+    RECT client{}, window{}, toolbar{}, status{}, combo{}, launcher{};
+    GetClientRect(Handle(), &client);
+    GetWindowRect(Handle(), &window);
     GetWindowRect(toolbar_, &toolbar);
     GetWindowRect(statusBar_, &status);
     GetWindowRect(combo_[1], &combo);
     SendMessageW(toolbar_, TB_GETITEMRECT, kLauncher - 1, reinterpret_cast<LPARAM>(&launcher));
     LayoutMetrics metrics;
+    metrics.clientWidth = Width(client);
+    metrics.windowWidth = Width(window);
     metrics.toolbarHeight = Height(toolbar);
-    metrics.statusHeight = Height(status);
-    metrics.comboHeight = Height(combo);
+    metrics.launcherLeft = launcher.left;
+    metrics.launcherTop = launcher.top;
     metrics.launcherHeight = Height(launcher);
+    metrics.comboHeight = Height(combo);
+    metrics.statusHeight = Height(status);
     metrics.dpi = static_cast<int>(Dpi());
-    return ComputeLayout(mode_, metrics).minClientHeight;
+    return metrics;
+}
+
+int frmZorvi::MinClientHeight() const {
+    if (toolbar_ == nullptr || statusBar_ == nullptr) return 0;
+    return ComputeLayout(mode_, MeasureLayout()).minClientHeight;
 }
 
 void frmZorvi::Layout() {
@@ -102,24 +112,7 @@ void frmZorvi::Layout() {
     SendMessageW(toolbar_, TB_HIDEBUTTON, CommandOf(kLauncher),
                  MAKELPARAM(NormalizeMode(mode_) == 0 ? FALSE : TRUE, 0));
     SendMessageW(toolbar_, TB_AUTOSIZE, 0, 0);
-    RECT toolbar{}, status{}, combo{}, launcher{};
-    GetWindowRect(toolbar_, &toolbar);
-    GetWindowRect(statusBar_, &status);
-    GetWindowRect(combo_[1], &combo);
-    SendMessageW(toolbar_, TB_GETITEMRECT, kLauncher - 1, reinterpret_cast<LPARAM>(&launcher));
-
-    LayoutMetrics metrics;
-    metrics.clientWidth = Width(client);
-    RECT window{};
-    GetWindowRect(Handle(), &window);
-    metrics.windowWidth = Width(window);
-    metrics.toolbarHeight = Height(toolbar);
-    metrics.launcherLeft = launcher.left;
-    metrics.launcherTop = launcher.top;
-    metrics.launcherHeight = Height(launcher);
-    metrics.comboHeight = Height(combo);
-    metrics.statusHeight = Height(status);
-    metrics.dpi = static_cast<int>(Dpi());
+    const LayoutMetrics metrics = MeasureLayout();
     const LauncherLayout layout = ComputeLayout(mode_, metrics);
 
     ShowWindow(toolbar_, layout.toolbarVisible ? SW_SHOWNA : SW_HIDE);
