@@ -36,8 +36,8 @@ TEST(CommonDlg, ChosenCancelledOrTooLong) {
     folder.Write("a.mml", "");
     folder.Write("b.mml", "");
     const auto cancel = [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); };
-    // No folder in it: a proposed folder would be where the dialog opens.
-    const std::string proposed = "a-proposed-name-longer-than-the-answer.mml";
+    // Longer than any answer, and without a folder, which would be where the dialog opens.
+    const std::string proposed = "proposed" + std::string(150, '-') + ".mml";
     const struct {
         const char* name;
         bool cancelError;

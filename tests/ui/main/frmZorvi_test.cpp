@@ -92,7 +92,11 @@ std::map<std::string, std::string> Facts(const Zorvi& z) {
     std::map<std::string, std::string> facts;
     std::string caption = Narrow(testing::WindowText(z.H()));
     facts["caption"] = caption.substr(0, caption.find(" v" + VersionText(ThisVersion())));
-    facts["target"] = mdlFile::GetFileName(mdlMain::TargetFile());
+    // The target within the test's folder, else its name.
+    const std::string& target = mdlMain::TargetFile();
+    const bool inside = target.starts_with(z.folder.Path() + "\\");
+    facts["target"] =
+        inside ? target.substr(z.folder.Path().size() + 1) : mdlFile::GetFileName(target);
     for (int button = Z::kSetFile; button <= Z::kLog; ++button) {
         facts["buttons"] += z.Ask(TB_ISBUTTONENABLED, button) ? '1' : '0';
     }
@@ -178,7 +182,8 @@ TEST(MainWindow, StepsOfOneSession) {
     Zorvi z("[Setting]\r\nDefault=before\r\n[Filter]\r\nItemCount=1\r\nItem1=MML\r\n"
             "Extension1=.mml;.mus\r\nDefault1=zorvi-test\r\n");
     const std::string notes = z.File("notes.txt"), song = z.File("my song.mml");
-    const std::string a = z.File("a.mml"), fresh = z.folder / "fresh.mml";
+    CreateDirectoryA((z.folder / "sub").c_str(), nullptr);
+    const std::string a = z.File("a.mml"), fresh = z.folder / "sub\\fresh.mml";
     COMBOBOXINFO list{};
     list.cbSize = sizeof list;
     GetComboBoxInfo(z.window.Combo1(0), &list);
@@ -235,8 +240,8 @@ TEST(MainWindow, StepsOfOneSession) {
         {"a history entry that is no file is passed over",
          [&] { DeleteFileA(a.c_str()), command(Z::kHistoryCommand + 1)(); },
          "target=my song.mml; boxes=1"},
-        {"of dropped files the first", [&] { Drop(z.H(), {z.File("b.mml"), song}); },
-         "target=b.mml"},
+        {"of dropped files the first", [&] { Drop(z.H(), {z.File("sub\\b.mml"), song}); },
+         "target=sub\\b.mml"},
         {"F2 asks in the newest entry's folder; a new name becomes an empty target",
          [&] {
              EXPECT_TRUE(testing::AnswerModal(L"#32770", key(z.H(), VK_F2), [](HWND dialog) {
@@ -244,9 +249,9 @@ TEST(MainWindow, StepsOfOneSession) {
                  SetWindowTextW(combo ? combo : GetDlgItem(dialog, 0x480), L"fresh.mml");
                  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
              }));
-             EXPECT_EQ(z.folder.Read("fresh.mml"), "");
+             EXPECT_TRUE(mdlFile::FileExists(fresh) && z.folder.Read("sub\\fresh.mml").empty());
          },
-         "target=fresh.mml; caption=fresh.mml - Zorvi"},
+         "target=sub\\fresh.mml; caption=fresh.mml - Zorvi"},
         {"History clear keeps the target alone", command(Z::kHistoryClearCommand),
          "history=fresh.mml,; drop-down=3, &0 : " + mdlFile::ShortenPathForDisplay(fresh)},
         // Keys reach the window before its controls, one of each kind.
