@@ -47,27 +47,17 @@ std::optional<DWORD> Running::WaitForExit(std::chrono::milliseconds limit) const
 }
 
 HWND Running::WaitForWindow(const wchar_t* windowClass) const {
-    struct Query {
-        DWORD id;
-        const wchar_t* windowClass;
-        HWND found = nullptr;
-    } query{id_, windowClass};
-    const auto match = [](HWND window, LPARAM param) -> BOOL {
-        auto& q = *reinterpret_cast<Query*>(param);
-        DWORD owner = 0;
-        wchar_t name[64] = {};
-        GetWindowThreadProcessId(window, &owner);
-        GetClassNameW(window, name, 64);
-        if (owner == q.id && lstrcmpW(name, q.windowClass) == 0 && IsWindowVisible(window)) {
-            q.found = window;
-        }
-        return q.found == nullptr;
-    };
+    HWND found = nullptr;
     WaitUntil([&] {
-        EnumWindows(match, reinterpret_cast<LPARAM>(&query));
-        return query.found != nullptr;
+        for (found = FindWindowExW(nullptr, nullptr, windowClass, nullptr); found != nullptr;
+             found = FindWindowExW(nullptr, found, windowClass, nullptr)) {
+            DWORD owner = 0;
+            GetWindowThreadProcessId(found, &owner);
+            if (owner == id_ && IsWindowVisible(found)) return true;
+        }
+        return false;
     });
-    return query.found;
+    return found;
 }
 
 }  // namespace zorvi::testing

@@ -49,20 +49,20 @@ inline bool AnswerModal(const wchar_t* windowClass, const std::function<void()>&
     MSG quit;  // a closed window's farewell would end the modal loop at once
     PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
     const UINT_PTR timer = SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
-        HWND found = nullptr;
-        EnumThreadWindows(GetCurrentThreadId(), [](HWND window, LPARAM param) -> BOOL {
+        HWND shown = nullptr;
+        const auto find = [](HWND window, LPARAM found) -> BOOL {
             wchar_t name[16] = {};
             GetClassNameW(window, name, 16);
             if (modal.windowClass != name || !IsWindowVisible(window)) return TRUE;
-            *reinterpret_cast<HWND*>(param) = window;
-            return FALSE;
-        }, reinterpret_cast<LPARAM>(&found));
-        if (found != nullptr && !modal.answered) {
-            modal.answered = true;
-            modal.answer(found);
-        } else if (found != nullptr && GetTickCount64() > modal.end) {
-            if (modal.windowClass == L"#32768") EndMenu();
-            else PostMessageW(found, WM_COMMAND, IDCANCEL, 0);
+            return *reinterpret_cast<HWND*>(found) = window, FALSE;
+        };
+        EnumThreadWindows(GetCurrentThreadId(), find, reinterpret_cast<LPARAM>(&shown));
+        if (shown == nullptr) return;
+        if (!modal.answered) {
+            modal.answered = true, modal.answer(shown);
+        } else if (GetTickCount64() > modal.end) {
+            modal.windowClass == L"#32768" ? void(EndMenu())
+                                           : void(PostMessageW(shown, WM_COMMAND, IDCANCEL, 0));
         }
     });
     open();
