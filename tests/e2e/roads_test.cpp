@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "core/version.h"
 #include "support/driver.h"
@@ -50,21 +51,6 @@ void CloseAndExpectExit(const Running& zorvi, HWND main) {
         return zorvi.WaitForExit(100ms).has_value();
     });
     ExpectExit(zorvi);
-}
-
-TEST(Roads, StartWithAFileAndClose) {
-    Installation zorvi;
-    WriteChain(zorvi);
-    zorvi.Write("Song.MML", "o4 c");
-    Running run(zorvi, "song.mml");
-    const HWND main = run.WaitForWindow(L"ZorviMain");
-    ASSERT_NE(main, nullptr);
-    // The target in its case on disk.
-    EXPECT_EQ(WindowText(main), Wide("Song.MML - " + kTitle));
-    CloseAndExpectExit(run, main);
-    EXPECT_EQ(Setting(zorvi, "Main", "Width"), "4410");
-    // The window's start cleans the player list and adds the configuration's player.
-    EXPECT_EQ(Setting(zorvi, "PlayerList", "Item1"), BesideTestProgram("zplayer.exe"));
 }
 
 TEST(Roads, TheCommandLine) {
@@ -117,57 +103,71 @@ TEST(Roads, TheCommandLine) {
     }
 }
 
-TEST(Roads, ASecondStartBringsTheFirstForward) {
+// One session of the main window: started with a file, brought forward by a
+// second start, compiling on a save and on F5, each compile followed by the
+// player, which closing the window ends.
+TEST(Roads, TheMainWindow) {
     Installation zorvi;
-    Running first(zorvi, "");
-    const HWND main = first.WaitForWindow(L"ZorviMain");
+    // The stand-in compiler plays too: the "generated file" tells it to say
+    // its id and run on. The output is kept as it was, and not judged.
+    WriteChain(zorvi, "AutoWatch=1\r\nTimerInterval=50\r\nAutoShutDown=1\r\n", "zcompiler.exe",
+               '0');
+    zorvi.Write("Song.MML", "output=keep\r\nargs=" + (zorvi / "compiles.txt") + "\r\no4 c\r\n");
+    zorvi.Write("Song.out", "pid=" + (zorvi / "player.pid") + "\r\noutput=keep\r\nhang=1\r\n");
+    const auto compiledAndPlayed = [&](int compiles) {
+        // Every compile appends a record of its start; its player writes the pid file anew.
+        DeleteFileA((zorvi / "player.pid").c_str());
+        return [&zorvi, compiles] {
+            const std::string record = zorvi.Read("compiles.txt");
+            int count = 0;
+            for (auto at = record.find("cmdline="); at != std::string::npos;
+                 at = record.find("cmdline=", at + 1)) {
+                ++count;
+            }
+            return count == compiles && zorvi.Read("player.pid").ends_with("\r\n");
+        };
+    };
+    std::vector<HANDLE> players;
+    const auto holdPlayer = [&] {
+        players.push_back(OpenProcess(SYNCHRONIZE, FALSE,
+                                      static_cast<DWORD>(std::stoul(zorvi.Read("player.pid")))));
+    };
+    Running run(zorvi, "song.mml");
+    const HWND main = run.WaitForWindow(L"ZorviMain");
     ASSERT_NE(main, nullptr);
+    // The target in its case on disk.
+    EXPECT_EQ(WindowText(main), Wide("Song.MML - " + kTitle));
+
     ShowWindow(main, SW_MINIMIZE);
     ASSERT_TRUE(WaitUntil([&] { return IsIconic(main) != FALSE; }));
     ExpectExit(Running(zorvi, ""));
-    EXPECT_TRUE(WaitUntil([&] { return IsIconic(main) == FALSE; }));
+    EXPECT_TRUE(WaitUntil([&] { return IsIconic(main) == FALSE; })) << "not brought forward";
     // A command-line compile is refused meanwhile.
-    const Running refused(zorvi, "-compilenow nosuch.mml");
+    const Running refused(zorvi, "-compilenow song.mml");
     const HWND box = refused.WaitForWindow(L"#32770");
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(MessageBoxText(box), L"Zorvi has already started. Cannot execute from command mode.");
     PressButton(box, IDOK);
     ExpectExit(refused);
-    CloseAndExpectExit(first, main);
-}
 
-TEST(Roads, WatchModeCompilesOnASave) {
-    Installation zorvi;
-    WriteChain(zorvi, "AutoWatch=1\r\nTimerInterval=50\r\n");
-    zorvi.Write("song.mml", "log=watched\r\no4 c\r\n");
-    Running run(zorvi, "song.mml");
-    const HWND main = run.WaitForWindow(L"ZorviMain");
-    ASSERT_NE(main, nullptr);
-    Touch(zorvi / "song.mml");
-    EXPECT_TRUE(WaitUntil([&] { return zorvi.Read("song.log") == "watched\r\n"; }));
-    CloseAndExpectExit(run, main);
-}
-
-TEST(Roads, F5CompilesAndPlaysAndClosingEndsThePlayer) {
-    Installation zorvi;
-    // The stand-in compiler plays too: the "generated file" tells it to say
-    // its id and run on. The output is kept as it was, and not judged.
-    WriteChain(zorvi, "AutoShutDown=1\r\n", "zcompiler.exe", '0');
-    zorvi.Write("song.mml", "output=keep\r\nlog=compiled\r\no4 c\r\n");
-    zorvi.Write("song.out", "pid=" + (zorvi / "player.pid") + "\r\noutput=keep\r\nhang=1\r\n");
-    Running run(zorvi, "song.mml");
-    const HWND main = run.WaitForWindow(L"ZorviMain");
-    ASSERT_NE(main, nullptr);
+    const auto saved = compiledAndPlayed(1);
+    Touch(zorvi / "Song.MML");
+    ASSERT_TRUE(WaitUntil(saved)) << "no compile on the save";
+    holdPlayer();
+    const auto pressed = compiledAndPlayed(2);
     PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
-    ASSERT_TRUE(WaitUntil([&] { return zorvi.Read("player.pid").ends_with("\r\n"); }));
-    EXPECT_EQ(zorvi.Read("song.log"), "compiled\r\n");
-    const HANDLE player = OpenProcess(SYNCHRONIZE | PROCESS_TERMINATE, FALSE,
-                                      static_cast<DWORD>(std::stoul(zorvi.Read("player.pid"))));
-    ASSERT_NE(player, nullptr);
+    ASSERT_TRUE(WaitUntil(pressed)) << "no compile on F5";
+    holdPlayer();
+
     CloseAndExpectExit(run, main);
-    EXPECT_EQ(WaitForSingleObject(player, 5000), static_cast<DWORD>(WAIT_OBJECT_0));
-    TerminateProcess(player, 1);
-    CloseHandle(player);
+    for (const HANDLE player : players) {
+        EXPECT_EQ(WaitForSingleObject(player, 5000), static_cast<DWORD>(WAIT_OBJECT_0));
+        TerminateProcess(player, 1);
+        CloseHandle(player);
+    }
+    EXPECT_EQ(Setting(zorvi, "Main", "Width"), "4410");
+    // The window's start cleans the player list and adds the configuration's player.
+    EXPECT_EQ(Setting(zorvi, "PlayerList", "Item1"), BesideTestProgram("zcompiler.exe"));
 }
 
 }  // namespace

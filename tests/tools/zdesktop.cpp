@@ -8,9 +8,16 @@
 #include <windows.h>
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    // Any window call connects the process to the desktop; it has no window of
-    // its own to serve. Bounded all the same, should the harness never end it: one day.
+    // Any window call connects the process to the desktop; the queue served
+    // keeps it a client. Bounded all the same, should the harness never end it: one day.
     if (GetDesktopWindow() == nullptr) return 1;
-    WaitForSingleObject(GetCurrentProcess(), 24 * 60 * 60 * 1000);
+    const ULONGLONG end = GetTickCount64() + 24ULL * 60 * 60 * 1000;
+    for (MSG message; GetTickCount64() < end;) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 60 * 1000, QS_ALLINPUT);
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            if (message.message == WM_QUIT) return 0;
+            DispatchMessageW(&message);
+        }
+    }
     return 0;
 }
