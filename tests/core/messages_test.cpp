@@ -1,5 +1,7 @@
-// The check and error boxes: titles, texts and styles as the user sees them.
+// The check and error boxes: the title, text and buttons each routine gives its box.
 #include <gtest/gtest.h>
+
+#include <functional>
 
 #include "core/mdlMain.h"
 #include "core/messages_win.h"
@@ -7,83 +9,41 @@
 namespace zorvi {
 namespace {
 
-struct Shown {
-    HWND owner;
-    std::wstring text, title;
-    UINT style;
-};
-
-// Records every box and answers it with a chosen button.
-class BoxRecorder {
-public:
-    explicit BoxRecorder(int answer) {
-        previous_ = SetMessageBoxFunction(
-            [this, answer](HWND owner, const std::wstring& text, const std::wstring& title,
-                           UINT style) {
-                shown.push_back({owner, text, title, style});
-                return answer;
+TEST(Messages, BoxesCarryTheTitleTextAndButtonsOfTheirRoutine) {
+    const auto check = [](const char* title, const wchar_t* text, UINT style) {
+        return [=] {
+            mdlMain::SetAppTitle(title);  // a second instance's has a blank appended
+            const int pressed = ShowCheckMessage(nullptr, text, style);
+            return mdlMain::SetAppTitle("Zorvi"), pressed;
+        };
+    };
+    const auto error = [](long number, const wchar_t* description, const wchar_t* procedure) {
+        return [=] { return ReportError(nullptr, number, description, procedure), IDOK; };
+    };
+    const struct {
+        std::function<int()> show;
+        std::wstring shown;  // title|text|style
+        int pressed;         // which a check box returns
+    } cases[] = {
+        {check("Zorvi", L"a.mml\r\nOK?", MB_OKCANCEL | MB_ICONINFORMATION),
+         L"Zorvi - Check|a.mml\r\nOK?|65", IDCANCEL},
+        {check("Zorvi ", L"x", MB_YESNO), L"Zorvi  - Check|x|4", IDNO},
+        // Nothing in the description is escaped; the number is written out, 0 too.
+        {error(0, L"Odd (a: b)", L"Compile"), L"Zorvi - Error|Odd (a: b) (0:Compile)|48", IDOK},
+        {error(-76, L"Gone", L"Play"), L"Zorvi - Error|Gone (-76:Play)|48", IDOK},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.shown));
+        std::vector<std::wstring> shown;
+        const MessageBoxFunction previous = SetMessageBoxFunction(
+            [&](HWND, const std::wstring& text, const std::wstring& title, UINT style) {
+                shown.push_back(title + L"|" + text + L"|" + std::to_wstring(style));
+                return c.pressed;
             });
+        EXPECT_EQ(c.show(), c.pressed);
+        SetMessageBoxFunction(previous);
+        EXPECT_EQ(shown, std::vector<std::wstring>{c.shown});
     }
-    ~BoxRecorder() { SetMessageBoxFunction(std::move(previous_)); }
-    std::vector<Shown> shown;
-
-private:
-    MessageBoxFunction previous_;
-};
-
-TEST(Messages, CheckMessageShowsTextAndStyleUnderCheckTitle) {
-    const struct {
-        std::wstring text;
-        UINT style;
-        int answer;
-    } cases[] = {
-        {L"File not found.\r\n", MB_ICONINFORMATION, IDOK},
-        {L"a.mml\r\nThis file is set as a target.\r\nOK?", MB_YESNO | MB_ICONQUESTION, IDNO},
-        {L"", MB_OK, IDOK},
-        {L"Zorvi はすでに起動しています。", MB_ICONINFORMATION | MB_OK, IDYES},
-    };
-    for (const auto& c : cases) {
-        BoxRecorder boxes(c.answer);
-        EXPECT_EQ(ShowCheckMessage(nullptr, c.text, c.style), c.answer);
-        ASSERT_EQ(boxes.shown.size(), 1u);
-        EXPECT_EQ(boxes.shown[0].title, L"Zorvi - Check");
-        EXPECT_EQ(boxes.shown[0].text, c.text);
-        EXPECT_EQ(boxes.shown[0].style, c.style);
-        EXPECT_EQ(boxes.shown[0].owner, nullptr);
-    }
-}
-
-TEST(Messages, ErrorReportNamesNumberAndCommand) {
-    const struct {
-        const wchar_t* description;
-        long number;
-        const wchar_t* procedure;
-        const wchar_t* text;
-    } cases[] = {
-        {L"Path not found", 76, L"Play", L"Path not found (76:Play)"},
-        {L"Overflow", 0, L"Compile", L"Overflow (0:Compile)"},
-        {L"Odd (text: here)", -2147024894L, L"Config-WriteIniFile",
-         L"Odd (text: here) (-2147024894:Config-WriteIniFile)"},
-        {L"", 5, L"", L" (5:)"},
-    };
-    for (const auto& c : cases) {
-        BoxRecorder boxes(IDOK);
-        ReportError(nullptr, c.number, c.description, c.procedure);
-        ASSERT_EQ(boxes.shown.size(), 1u);
-        EXPECT_EQ(boxes.shown[0].text, c.text);
-        EXPECT_EQ(boxes.shown[0].title, L"Zorvi - Error");
-        EXPECT_EQ(boxes.shown[0].style, static_cast<UINT>(MB_OK | MB_ICONEXCLAMATION));
-    }
-}
-
-TEST(Messages, TitleFollowsTheApplicationTitle) {
-    const std::string saved = mdlMain::AppTitle();
-    mdlMain::SetAppTitle("Zorvi ");
-    BoxRecorder boxes(IDOK);
-    ShowCheckMessage(nullptr, L"x", MB_OK);
-    mdlMain::SetAppTitle(saved);
-    ASSERT_EQ(boxes.shown.size(), 1u);
-    EXPECT_EQ(boxes.shown[0].title, L"Zorvi  - Check");
 }
 
 }  // namespace

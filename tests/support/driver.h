@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include <chrono>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -14,47 +12,32 @@
 
 namespace zorvi::testing {
 
-// A copy of zorvi.exe in a folder of its own, with its settings beside it.
-class Installation {
+// zorvi.exe copied into a folder of its own; its settings file is Zorvi.ini there.
+class Installation : public TempFolder {
 public:
     Installation();
-    std::string Folder() const { return folder_.Path(); }
-    std::string Exe() const { return folder_ / "zorvi.exe"; }
-    std::string SettingsFile() const { return folder_ / "Zorvi.ini"; }
-    const TempFolder& Files() const { return folder_; }
-
-private:
-    TempFolder folder_;
 };
 
-// One running zorvi.exe; ended at once when the test lets go of it.
+// One zorvi.exe started in its installation's folder; ended at once when the
+// test lets go of it.
 class Running {
 public:
-    Running(const Installation& installation, const std::string& arguments,
-            const std::string& workingFolder = {});
+    Running(const Installation& installation, const std::string& arguments);
     ~Running();
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
 
-    // The exit code once the program has ended within the limit.
-    std::optional<DWORD> WaitForExit(std::chrono::milliseconds limit = std::chrono::seconds(15));
-    bool HasEnded();
-    DWORD Id() const { return processId_; }
-
-    // A visible top-level window of this process with this class and caption.
-    HWND WaitForWindow(const char* windowClass, const std::string& caption,
-                       std::chrono::milliseconds limit = std::chrono::seconds(15));
+    std::optional<DWORD> WaitForExit(std::chrono::milliseconds limit = 15s) const;
+    // A visible top-level window of this process with the class ("#32770": a message box).
+    HWND WaitForWindow(const wchar_t* windowClass) const;
 
 private:
     HANDLE process_ = nullptr;
-    DWORD processId_ = 0;
+    DWORD id_ = 0;
 };
 
-// A message box of the given process, by caption; its text; pressing a button.
-HWND WaitForMessageBox(DWORD processId, const std::string& caption,
-                       std::chrono::milliseconds limit = std::chrono::seconds(15));
-std::wstring MessageBoxText(HWND box);
-void PressButton(HWND box, int buttonId);
-
+// A message box's text (its static control 0xFFFF) and pressing one of its buttons.
+inline std::wstring MessageBoxText(HWND box) { return WindowText(GetDlgItem(box, 0xFFFF)); }
+inline void PressButton(HWND box, int id) { SendMessageW(GetDlgItem(box, id), BM_CLICK, 0, 0); }
 
 }  // namespace zorvi::testing

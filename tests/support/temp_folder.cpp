@@ -16,8 +16,7 @@ TempFolder::TempFolder() {
     GetTempPathA(MAX_PATH, base);
     for (int attempt = 0; attempt < 1000 && path_.empty(); ++attempt) {
         const std::string candidate = std::string(base) + "zorvi-test-" +
-                                      std::to_string(GetCurrentProcessId()) + "-" +
-                                      std::to_string(counter++);
+            std::to_string(GetCurrentProcessId()) + "-" + std::to_string(counter++);
         if (CreateDirectoryA(candidate.c_str(), nullptr)) path_ = candidate;
     }
     if (path_.empty()) throw std::runtime_error("no temporary folder could be made");
@@ -29,15 +28,25 @@ TempFolder::~TempFolder() {
 }
 
 void TempFolder::Write(const std::string& name, const std::string& bytes) const {
-    std::ofstream out(*this / name, std::ios::binary | std::ios::trunc);
-    out << bytes;
+    std::ofstream(*this / name, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 std::string TempFolder::Read(const std::string& name) const {
-    std::ifstream in(*this / name, std::ios::binary);
     std::ostringstream bytes;
-    bytes << in.rdbuf();
+    bytes << std::ifstream(*this / name, std::ios::binary).rdbuf();
     return bytes.str();
+}
+
+void Touch(const std::string& path) {
+    const HANDLE file = CreateFileA(path.c_str(), FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, 0,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+    FILETIME time{};
+    GetFileTime(file, nullptr, nullptr, &time);
+    ULARGE_INTEGER ticks{{time.dwLowDateTime, time.dwHighDateTime}};
+    ticks.QuadPart += 100'000'000;
+    time = {ticks.LowPart, ticks.HighPart};
+    SetFileTime(file, nullptr, nullptr, &time);
+    CloseHandle(file);
 }
 
 }  // namespace zorvi::testing

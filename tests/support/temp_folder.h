@@ -16,13 +16,15 @@ public:
     const std::string& Path() const { return path_; }
     // Path() + "\" + name.
     std::string operator/(const std::string& name) const { return path_ + "\\" + name; }
-
-    // Writes bytes exactly as given (no line-end translation).
+    // Bytes exactly as given (no line-end translation); Read gives "" for no file.
     void Write(const std::string& name, const std::string& bytes) const;
     std::string Read(const std::string& name) const;
 
 private:
     std::string path_;
 };
+
+// Moves a file's last-write time on by ten seconds, as a save would.
+void Touch(const std::string& path);
 
 }  // namespace zorvi::testing

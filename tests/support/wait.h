@@ -1,5 +1,5 @@
-// Waiting in tests by polling a condition with a time limit, and finding the
-// programs built beside the tests.
+// Waiting in tests by polling a condition with a time limit, reading windows
+// and record files, and finding the programs built beside the tests.
 #pragma once
 
 #include <windows.h>
@@ -15,8 +15,7 @@ namespace zorvi::testing {
 using namespace std::chrono_literals;
 
 // Checks a condition every 20 ms until it holds or the time is up.
-bool WaitUntil(const std::function<bool()>& condition,
-               std::chrono::milliseconds limit = std::chrono::seconds(15));
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = 15s);
 
 // The text of a window or control, of this process or another.
 std::wstring WindowText(HWND window);
