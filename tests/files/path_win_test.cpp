@@ -2,11 +2,10 @@
 // files and folders: the shell's path calls, short and long names, special folders.
 #include <gtest/gtest.h>
 
-#include <windows.h>
 #include <shlobj.h>
 #include <shlwapi.h>
+#include <windows.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -64,23 +63,26 @@ TEST(PathWin, RealFilesAndTheirNames) {
         EXPECT_FALSE(Has(shortPath, ' ')) << shortPath;
         EXPECT_EQ(GetLongPath(shortPath), c.longPath);
     }
+    EXPECT_EQ(UnquotePath("\"C:\\My Songs\\a.mml\""), "C:\\My Songs\\a.mml");
+    EXPECT_EQ(UnquotePath("\"a\" b"), "\"a\" b");  // only quotes around the whole text go
 }
 
-// Inputs for the twins; long ones cross MAX_PATH and the 300-character cut.
+// Inputs for the twins: roots and rests of every shape, and long ones across
+// MAX_PATH and the 300-character cut. In Shift-JIS 表 is 0x95 0x5C and ソ is
+// 0x83 0x5C: both end in the byte of "\".
 Texts TwinInputs() {
-    Texts inputs = {
-        "", "C:", "C:\\", "1:\\a", "C:\\\\", "C:\\\\x", "C:\\dir", "C:\\dir\\", "C:\\dir\\\\",
-        "C:\\dir\\file.txt", "C:\\file.txt", "C:file.txt", "C:x\\y", "ab:\\c", ":\\a", "C:\\a:b\\c",
-        "file.txt", "a\\b", "a\\", "C:\\a.b\\file", " C:\\x", "/", "C:/dir/file", "\\", "\\\\",
-        "\\\\\\", "\\\\\\x", "\\dir", "\\dir\\", "\\\\server", "\\\\server\\", "\\\\server\\share",
-        "\\\\server\\share\\", "\\\\server\\share\\f.txt", "\\\\server\\share\\dir\\",
-        "\\\\a\\b\\c\\d", "\\\\?\\C:\\", "\\\\?\\C:\\x", "\\\\?\\UNC\\s\\sh\\f", "\\\\.\\C:\\x",
-        "C:\\\x8b\xc8\\\x89\xcc.mml",
-        // In Shift-JIS 表 is 0x95 0x5C and ソ 0x83 0x5C: both end in the byte of "\".
-        "C:\\\x95\x5c", "C:\\\x95\x5c\\", "C:\\\x95\x5c\\\x83\x5c", "C:\\\x95\x5c\x83\x5c.mml",
-        "\x83\x5c", "\x83\x5c\\", "\\\\\x95\x5c\\", "\\\\\x95\x5c\\\x83\x5c\\", "C:\x83\x5c\\x",
-        "\x95\x5c:\\", "C:\\a.\x95\x5c", "C:\\\x95\x5c\\\x83",
-    };
+    Texts inputs = {":\\a",       "ab:\\c",      "1:\\a",
+                    "/",          "C:/dir/file", " C:\\x",
+                    "C:\\a:b\\c", "\x95\x5c:\\", "C:\\\x8b\xc8\\\x89\xcc.mml"};
+    for (const char* root : {"", "C:", "C:\\", "\\", "\\\\", "\\\\\\", "\\\\server",
+                             "\\\\server\\share", "\\\\server\\share\\", "\\\\?\\C:\\",
+                             "\\\\?\\UNC\\s\\sh\\", "\\\\.\\C:\\", "\\\\\x95\x5c\\"}) {
+        for (const char* rest :
+             {"", "\\", "dir", "dir\\", "dir\\\\", "a.b\\file.txt", "\x95\x5c",
+              "\x95\x5c\\\x83\x5c", "\x83\x5c\\x", "a.\x95\x5c", "\x95\x5c\\\x83"}) {
+            inputs.push_back(std::string(root) + rest);
+        }
+    }
     for (const std::size_t length : {258, 259, 260, 261, 299, 300, 301}) {
         std::string path = "C:\\" + std::string(length - 3, 'a');
         inputs.push_back(path);
@@ -130,81 +132,8 @@ TEST(PathWin, TwinsMatchTheShellCalls) {
     SetLeadByteTest(nullptr);
 }
 
-TEST(PathWin, QuotesAndTheSystemsFolders) {
-    EXPECT_EQ(UnquotePath("\"C:\\My Songs\\a.mml\""), "C:\\My Songs\\a.mml");
-    EXPECT_EQ(UnquotePath("\"a\" b"), "\"a\" b");
-    EXPECT_EQ(_stricmp(GetWindowsFolder().c_str(), std::getenv("windir")), 0);
-    EXPECT_TRUE(FileExists(GetAppFolder() + "win_tests.exe")) << GetAppFolder();
-    // "My Computer" has no file-system path; 0x7ff0 is no folder at all.
-    for (const auto& [folderId, code] : {std::pair{CSIDL_PERSONAL, 0}, {CSIDL_DRIVES, 1}, {0x7ff0, 2}}) {
-        SCOPED_TRACE(folderId);
-        std::string path = "unchanged";
-        EXPECT_EQ(GetSpecialFolder(nullptr, folderId, path), code);
-        EXPECT_EQ(IsFolder(path), code == 0) << path;
-        EXPECT_EQ(GetSpecialFolderPath(folderId), code == 0 ? path : "");
-    }
-}
-
-TEST(PathWin, DeletingAndListingFiles) {
-    // Every row's folder holds these, a read-only r.mml, and the output that a
-    // tool wrote under the short name of "my song.mml" ("~" below).
-    const Texts files = {"a.mid", "a.mml", "my song.mml", "r.mml", "x.tmp", "y.tmp"};
-    const struct {
-        std::string path;
-        bool changeExtension, useShortName, deleted;
-        Texts gone;
-    } cases[] = {
-        {"a.mml", false, false, true, {"a.mml"}},
-        {"b.mml", false, false, false, {}},
-        {"a.mml", true, false, true, {"a.mid"}},
-        {"*.tmp", false, false, true, {"x.tmp", "y.tmp"}},
-        {"r.mml", false, false, false, {}},
-        {"my song.mml", true, true, true, {"~"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.path + (c.changeExtension ? " as .mid" : ""));
-        TempFolder folder;
-        Texts left = files;
-        for (const std::string& file : files) folder.Write(file, "x");
-        SetFileAttributesA((folder / "r.mml").c_str(), FILE_ATTRIBUTE_READONLY);
-        left.push_back(GetFileName(ChangeExtension(GetShortPath(folder / "my song.mml"), "mid")));
-        ASSERT_TRUE(Has(left.back(), '~'));
-        folder.Write(left.back(), "x");
-
-        EXPECT_EQ(DeleteFileEx(folder / c.path, c.changeExtension, "mid", c.useShortName), c.deleted);
-        std::erase_if(left, [&](const std::string& f) {
-            return std::ranges::count(c.gone, Has(f, '~') ? "~" : f) > 0;
-        });
-        Texts found;
-        EXPECT_TRUE(GetPathFile2Array(folder / "*", found, false));
-        EXPECT_EQ(found.back(), "");
-        found.pop_back();
-        std::ranges::sort(found);
-        std::ranges::sort(left);
-        EXPECT_EQ(found, left);
-        SetFileAttributesA((folder / "r.mml").c_str(), FILE_ATTRIBUTE_NORMAL);
-    }
-    // Hidden files and folders are left out; a folder called MML000 does not
-    // take the temporary name, a file does.
-    TempFolder folder;
-    for (const char* name : {"b.ini", "a.ini", "hidden.ini"}) folder.Write(name, "");
-    SetFileAttributesA((folder / "hidden.ini").c_str(), FILE_ATTRIBUTE_HIDDEN);
-    CreateDirectoryA((folder / "sub.ini").c_str(), nullptr);
-    CreateDirectoryA((folder / "MML000").c_str(), nullptr);
-    Texts names = {"stale"};
-    EXPECT_TRUE(GetPathFile2Array(folder / "*.ini", names, true));
-    std::ranges::sort(names);
-    EXPECT_EQ(names, (Texts{"", "a", "b"}));
-    EXPECT_FALSE(GetPathFile2Array(folder / "none\\*.ini", names, false));
-    EXPECT_EQ(names, Texts{""});
-    EXPECT_EQ(GetUniqueTempName(folder / "mc.exe"), folder / "MML000");
-    RemoveDirectoryA((folder / "MML000").c_str());
-    folder.Write("MML000", "");
-    EXPECT_EQ(GetUniqueTempName(folder / "mc.exe"), folder / "MML001");
-}
-
-// The facts the expansion takes from this machine: folders, short names, the
-// console of a configuration file, and of the active one.
+// The facts the expansion takes from this machine: folders, short names and
+// the console of a configuration file.
 TEST(VariablesWin, TokensTakeThisMachinesPaths) {
     TempFolder folder;
     CreateDirectoryA((folder / "My Long Folder").c_str(), nullptr);
@@ -213,39 +142,28 @@ TEST(VariablesWin, TokensTakeThisMachinesPaths) {
     folder.Write("My Long Folder\\my song file.mml", "");
     folder.Write("My Long Folder\\mml compiler.exe", "");
     ASSERT_TRUE(WriteIni("Configure", "Console", console, folder / "song.ini"));
-    const std::string name = "variables-" + std::to_string(GetCurrentProcessId());
-    const std::string active = GetAppFolder() + "cfg\\" + name + ".ini";
-    CreateDirectoryA((GetAppFolder() + "cfg").c_str(), nullptr);
-    ASSERT_TRUE(WriteIni("Configure", "Console", "E:\\Active\\mc.exe", active));
-    ASSERT_TRUE(WriteIni("Setting", "Default", name, folder / "Zorvi.ini"));
-    const std::string savedMain = mdlMain::MainSettingsPath();
-    mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
     mdlMain::SetTargetFile(target);
-
-    // Folders always come short; an expected value with "~" is the same path
-    // in its short form, "=" the same folder, else the very text.
+    // Folders always come short: "~" expects the same path in its short form,
+    // "=" the same folder, " " the very text.
     const struct {
         const char* text;
         bool shortNames;
-        const char* configuration;
         std::string expected;
         char match;
     } cases[] = {
-        {"$windir$", false, "", GetWindowsFolder() + "\\", ' '},
-        {"$desktop$", false, "", AddBackslash(GetSpecialFolderPath(CSIDL_DESKTOP)), '='},
-        {"$mydocument$", false, "", AddBackslash(GetSpecialFolderPath(CSIDL_PERSONAL)), '='},
-        {"$hp$", false, "", GetAppFolder(), '='},
-        {"$fn$", false, "", "my song file.mml", ' '},
-        {"$fp$$fn$", true, "", target, '~'},
-        {"$fp2$", false, "", folder / "My Long Folder", '~'},
-        {"$pn$", false, "song.ini", "mml compiler.exe", ' '},
-        {"$pp$$pn$", true, "song.ini", console, '~'},
-        {"$pp$$pn$", false, "", "E:\\Active\\mc.exe", ' '},
+        {"$windir$", false, GetWindowsFolder() + "\\", ' '},
+        {"$desktop$", false, AddBackslash(GetSpecialFolderPath(CSIDL_DESKTOP)), '='},
+        {"$mydocument$", false, AddBackslash(GetSpecialFolderPath(CSIDL_PERSONAL)), '='},
+        {"$hp$", false, GetAppFolder(), '='},
+        {"$fn$|$pn$", false, "my song file.mml|mml compiler.exe", ' '},
+        {"$fp$$fn$", true, target, '~'},
+        {"$fp2$", false, folder / "My Long Folder", '~'},
+        {"$pp$$pn$", true, console, '~'},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.text + std::string(" in ") + c.configuration);
-        const std::string configuration = *c.configuration ? folder / c.configuration : "";
-        const std::string expanded = ExpandVariables(c.text, true, c.shortNames, configuration);
+        SCOPED_TRACE(c.text);
+        const std::string expanded =
+            ExpandVariables(c.text, true, c.shortNames, folder / "song.ini");
         if (c.match == ' ') {
             EXPECT_EQ(expanded, c.expected);
             continue;
@@ -256,9 +174,7 @@ TEST(VariablesWin, TokensTakeThisMachinesPaths) {
         EXPECT_EQ(expanded.back() == '\\', c.expected.back() == '\\');
         EXPECT_EQ(GetLongPath(expanded), GetLongPath(c.expected)) << expanded;
     }
-    mdlMain::SetMainSettingsPath(savedMain);
     mdlMain::SetTargetFile("");
-    DeleteFileA(active.c_str());
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -32,32 +31,28 @@ constexpr DWORD kUnchanged = 12345;
 
 std::string Tool(const char* name) { return mdlFile::GetAppFolder() + name; }
 std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
-
-struct Start {  // one start as zplayer.exe records it
-    std::string commandLine, folder;
-    Texts arguments;
-};
+bool Has(const std::string& text, char c) { return text.find(c) != std::string::npos; }
 
 // Each test's own folder, where zplayer.exe records its starts.
 class RunWin : public ::testing::Test {
 protected:
-    RunWin() { SetEnvironmentVariableA("ZPLAYER_RECORD", (folder / "starts.txt").c_str()); }
-    ~RunWin() override { SetEnvironmentVariableA("ZPLAYER_RECORD", nullptr); }
-    std::vector<Start> Starts() const {
-        std::vector<Start> starts;
-        for (const auto& [key, value] : testing::KeyValueLines(folder.Read("starts.txt"))) {
-            if (key == "cmdline") starts.push_back({value, {}, {}});
-            if (starts.empty() || key == "cmdline") continue;
-            (key == "cwd" ? starts.back().folder : starts.back().arguments.emplace_back()) = value;
-        }
-        return starts;
+    RunWin() {
+        SetEnvironmentVariableA("ZPLAYER_RECORD", (folder / "starts.txt").c_str());
+        GetCurrentDirectoryA(MAX_PATH, here);
     }
-    // The latest start, once there have been count starts.
-    Start Latest(std::size_t count) const {
-        if (!testing::WaitUntil([&] { return Starts().size() >= count; })) return {};
-        return Starts().back();
+    ~RunWin() override { SetEnvironmentVariableA("ZPLAYER_RECORD", nullptr); }
+    // Whether zplayer.exe's latest start ends, within the time limit, with
+    // this command-line end, folder and arguments.
+    bool StartedLast(const std::string& commandLineEnd, const std::string& cwd,
+                     const Texts& arguments) const {
+        std::string tail = commandLineEnd + "\r\ncwd=" + cwd + "\r\n";
+        for (std::size_t i = 0; i < arguments.size(); ++i) {
+            tail += "arg" + std::to_string(i + 1) + "=" + arguments[i] + "\r\n";
+        }
+        return testing::WaitUntil([&] { return folder.Read("starts.txt").ends_with(tail); });
     }
     TempFolder folder;
+    char here[MAX_PATH] = {};  // where programs started without a folder run
 };
 
 // Parameters with a blank reach the program as one argument. A program field
@@ -68,16 +63,14 @@ protected:
 TEST_F(RunWin, TheRunnerStartsThroughTheShellOrPlainly) {
     folder.Write("notes.xyzq", "no program opens this");
     const std::string player = Tool("zplayer.exe"), typed = player + " typed";
-    char here[MAX_PATH] = {};
-    GetCurrentDirectoryA(MAX_PATH, here);
+    const std::string blank = "C:\\My Songs\\a.mml";
     const struct {
         std::string program, parameters;
         bool wait, started;
         std::string commandLineEnd{}, folder{};
         Texts arguments{};
     } cases[] = {
-        {player, "C:\\My Songs\\a.mml", true, true, " \"C:\\My Songs\\a.mml\"", folder.Path(),
-         {"C:\\My Songs\\a.mml"}},
+        {player, blank, true, true, " \"" + blank + "\"", folder.Path(), {blank}},
         {player, "-x -y", false, true, " \"-x -y\"", folder.Path(), {"-x -y"}},
         {player, "a.mml", true, true, " a.mml", folder.Path(), {"a.mml"}},
         {typed, "p1 p2", false, true, typed, here, {"typed"}},
@@ -87,7 +80,6 @@ TEST_F(RunWin, TheRunnerStartsThroughTheShellOrPlainly) {
         {folder / "notes.xyzq", "", false, false},  // no association, and no box either
         {"", "", false, false},
     };
-    std::size_t starts = 0;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.program + " | " + c.parameters + (c.wait ? " | waited" : ""));
         UniqueHandle process(CreateEventA(nullptr, TRUE, FALSE, nullptr));
@@ -100,11 +92,10 @@ TEST_F(RunWin, TheRunnerStartsThroughTheShellOrPlainly) {
         // Only a running program's handle is handed out, never one closed after the wait.
         EXPECT_EQ(static_cast<bool>(process), c.started && !c.wait);
         EXPECT_EQ(exitCode, c.started && c.wait ? 0 : kUnchanged);
-        if (!c.started) continue;
-        const Start start = Latest(++starts);
-        EXPECT_TRUE(start.commandLine.ends_with(c.commandLineEnd)) << start.commandLine;
-        EXPECT_EQ(start.folder, c.folder);
-        EXPECT_EQ(start.arguments, c.arguments);
+        if (c.started) {
+            EXPECT_TRUE(StartedLast(c.commandLineEnd, c.folder, c.arguments))
+                << folder.Read("starts.txt");
+        }
     }
 }
 
@@ -112,10 +103,12 @@ TEST_F(RunWin, LaunchesAreRecordedWhileInteractiveAndEndedAtShutDown) {
     folder.Write("hang.mml", "hang=1\r\n");
     const std::size_t before = LaunchedPrograms().size();
     DWORD exitCode = kUnchanged;
-    ASSERT_TRUE(ExecuteProgram(Tool("zplayer.exe"), "", "", SW_SHOWNORMAL, nullptr, true, exitCode));
+    ASSERT_TRUE(
+        ExecuteProgram(Tool("zplayer.exe"), "", "", SW_SHOWNORMAL, nullptr, true, exitCode));
     EXPECT_EQ(LaunchedPrograms().size(), before);
     mdlMain::SetInteractiveMode(true);
-    ASSERT_TRUE(ExecuteProgram(Tool("zplayer.exe"), "", "", SW_SHOWNORMAL, nullptr, true, exitCode));
+    ASSERT_TRUE(
+        ExecuteProgram(Tool("zplayer.exe"), "", "", SW_SHOWNORMAL, nullptr, true, exitCode));
     ASSERT_TRUE(ExecuteProgram(Tool("zcompiler.exe"), folder / "hang.mml", "", SW_SHOWNORMAL,
                                nullptr, false, exitCode));
     mdlMain::SetInteractiveMode(false);
@@ -126,8 +119,8 @@ TEST_F(RunWin, LaunchesAreRecordedWhileInteractiveAndEndedAtShutDown) {
     EXPECT_EQ(waited.Path, Tool("zplayer.exe"));
     EXPECT_FALSE(waited.ProcessHandle);  // closed after the wait, so not kept at all
     HANDLE watch = nullptr;
-    ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), running.ProcessHandle.get(), GetCurrentProcess(),
-                                &watch, 0, FALSE, DUPLICATE_SAME_ACCESS));
+    ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), running.ProcessHandle.get(),
+                                GetCurrentProcess(), &watch, 0, FALSE, DUPLICATE_SAME_ACCESS));
     const UniqueHandle watched(watch);
     EXPECT_EQ(WaitForSingleObject(watch, 0), static_cast<DWORD>(WAIT_TIMEOUT));
     EndLaunchedPrograms();
@@ -138,33 +131,34 @@ TEST_F(RunWin, LaunchesAreRecordedWhileInteractiveAndEndedAtShutDown) {
     EndLaunchedPrograms();    // a second pass finds nothing to end
 }
 
-// Runs inside a wait's message pump: aborts the runner, or else asks to quit.
-clsExecute* abortee = nullptr;
-void CALLBACK InterruptWait(HWND, UINT, UINT_PTR timer, DWORD) {
+// Runs inside a wait's message pump, as a shut-down of the program would.
+void CALLBACK AskToQuit(HWND, UINT, UINT_PTR timer, DWORD) {
     KillTimer(nullptr, timer);
-    abortee ? abortee->Abort() : PostQuitMessage(7);
+    PostQuitMessage(7);
 }
 
-TEST_F(RunWin, TheWaitServesMessagesAndEndsWhenAbortedOrAskedToQuit) {
-    for (const bool quit : {false, true}) {
-        SCOPED_TRACE(quit ? "quit" : "abort");
-        DeleteFileA((folder / "go").c_str());
-        folder.Write("song.mml", "wait=" + (folder / "go") + "\r\n");
-        clsExecute runner;
-        abortee = quit ? nullptr : &runner;
-        ASSERT_NE(SetTimer(nullptr, 0, 20, InterruptWait), 0u);
-        UniqueHandle process;
-        DWORD exitCode = kUnchanged;
-        ASSERT_TRUE(runner.RunProgram(Tool("zcompiler.exe"), folder / "song.mml", "", process,
-                                      exitCode, SW_MINIMIZE, nullptr, true));
-        EXPECT_EQ(exitCode, static_cast<DWORD>(STILL_ACTIVE));
-        EXPECT_EQ(runner.Aborted(), !quit);
-        MSG message{};  // the quit is handed on to the loop further up
-        EXPECT_EQ(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE, quit);
-        EXPECT_EQ(message.wParam, quit ? 7u : 0u);
-        folder.Write("go", "");  // the compiler ends, writing song.out on its way out
-        EXPECT_TRUE(testing::WaitUntil([&] { return mdlFile::FileExists(folder / "song.out"); }));
-        DeleteFileA((folder / "song.out").c_str());
+// A quit that arrives while a program is waited for ends the wait at once and
+// is handed on to the message loop further up.
+TEST_F(RunWin, AQuitEndsTheWaitAndIsHandedOn) {
+    folder.Write("song.mml", "wait=" + (folder / "go") + "\r\n");
+    ASSERT_NE(SetTimer(nullptr, 0, 20, AskToQuit), 0u);
+    clsExecute runner;
+    UniqueHandle process;
+    DWORD exitCode = kUnchanged;
+    ASSERT_TRUE(runner.RunProgram(Tool("zcompiler.exe"), folder / "song.mml", "", process, exitCode,
+                                  SW_MINIMIZE, nullptr, true));
+    EXPECT_EQ(exitCode, static_cast<DWORD>(STILL_ACTIVE));
+    MSG message{};
+    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    EXPECT_EQ(message.wParam, 7u);
+    folder.Write("go", "");  // the compiler ends, writing song.out on its way out
+    EXPECT_TRUE(testing::WaitUntil([&] { return mdlFile::FileExists(folder / "song.out"); }));
+}
+
+// "Section/Key=value" lines into a settings file.
+void WriteKeys(const std::string& lines, const std::string& file) {
+    for (const auto& [key, value] : testing::KeyValueLines(lines)) {
+        WriteIni(key.substr(0, key.find('/')), key.substr(key.find('/') + 1), value, file);
     }
 }
 
@@ -195,11 +189,11 @@ protected:
         mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
         WriteIni("Setting", "Default", name, folder / "Zorvi.ini");
         WriteIni("ResultWindow", "AutoClose", "0", folder / "Zorvi.ini");
-        previousBox_ = SetMessageBoxFunction([this](HWND, const std::wstring& text,
-                                                    const std::wstring& title, UINT) {
-            boxes.push_back(title + L"|" + text);
-            return IDOK;
-        });
+        previousBox_ = SetMessageBoxFunction(
+            [this](HWND, const std::wstring& text, const std::wstring& title, UINT) {
+                boxes.push_back(title + L"|" + text);
+                return IDOK;
+            });
     }
     ~Compile() override {
         SetMessageBoxFunction(std::move(previousBox_));
@@ -218,14 +212,11 @@ protected:
             "Option/DetectError=1\nOption/UseGUI=0\nScript/Line=1\n" +
             "Script/Line1=$pp$zcompiler.exe $fp$$fn$ $fp$$fn2$.out $fp$$fn2$.log\n" +
             "Required/ItemCount=1\nRequired/Item1=zcompiler.exe\n" + extra;
-        for (const auto& [key, value] : testing::KeyValueLines(keys)) {
-            const auto slash = key.find('/');
-            WriteIni(key.substr(0, slash), key.substr(slash + 1), value, configuration);
-        }
+        WriteKeys(keys, configuration);
     }
     // The target, whose leading lines are orders for the stand-in compiler.
     std::string Song(const std::string& orders, const std::string& file = "song.mml") const {
-        folder.Write(file, orders + "o4 c\r\n");
+        folder.Write(file, orders + "\r\no4 c\r\n");
         mdlMain::SetTargetFile(folder / file);
         return folder / file;
     }
@@ -236,55 +227,6 @@ protected:
 private:
     MessageBoxFunction previousBox_;
 };
-
-TEST_F(Compile, VerdictsOfRealRunsThroughCmd) {
-    CreateDirectoryA((folder / "tools").c_str(), nullptr);
-    const struct {
-        const char* name;
-        const char* song;
-        std::string extra, orders;
-        const char* oldOutput;  // nullptr: none before the run
-        int code;
-        Texts files;  // the folder afterwards, Zorvi.ini aside
-    } cases[] = {
-        {"no output", "song.mml", "", "output=none\r\n", nullptr, 1, {"song.log", "song.mml"}},
-        {"an old output left as it was", "song.mml", "", "output=keep\r\n", "old", 1,
-         {"song.log", "song.mml", "song.out"}},
-        {"zero bytes", "song.mml", "", "output=empty\r\n", nullptr, 2,
-         {"song.log", "song.mml", "song.out"}},
-        {"a blank in the name: run with short names, renamed back", "my song.mml", "", "", "old",
-         0, {"my song.log", "my song.mml", "my song.out"}},
-        // $temp$ names a fresh file in the compiler's folder, gone afterwards;
-        // without detection no output is no error.
-        {"$temp$", "song.mml",
-         "Configure/Console=" + (folder / "tools\\mc.exe") + "\nRequired/ItemCount=0\n" +
-             "Option/DetectError=0\nScript/Line=2\nScript/Line1=echo $temp$>$pp$$temp$\n" +
-             "Script/Line2=copy $pp$$temp$ $pp$seen.txt",
-         "", nullptr, 0, {"song.mml", "tools\\seen.txt"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Configure(c.extra);
-        const std::string song = Song(c.orders, c.song);
-        if (c.oldOutput) folder.Write(mdlFile::GetFileName(mdlFile::ChangeExtension(song, "out")), c.oldOutput);
-        EXPECT_EQ(DoCompile2(song, configuration, false), c.code);
-        EXPECT_TRUE(boxes.empty());
-        Texts files, names;
-        for (const std::string sub : {"", "tools\\"}) {
-            mdlFile::GetPathFile2Array(folder / (sub + "*"), names, false);
-            for (names.pop_back(); const std::string& file : names) {
-                if (file == "Zorvi.ini") continue;
-                files.push_back(sub + file);
-                if (file == "seen.txt") {
-                    EXPECT_EQ(folder.Read(files.back()), "MML000\r\n");
-                }
-                DeleteFileA((folder / files.back()).c_str());
-            }
-        }
-        std::ranges::sort(files);
-        EXPECT_EQ(files, c.files);
-    }
-}
 
 // What a timer tick or a drop does while the compile waits: another compile
 // (refused), another target; then the stand-in compiler may end.
@@ -327,8 +269,8 @@ TEST_F(Compile, TheCommandRunsTheScriptItWroteAndKeepsItsNames) {
         EXPECT_TRUE(boxes.empty());
         std::ifstream script(ScriptFilePath(), std::ios::binary);
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(script), {}),
-                  mdlFile::GetShortPath(mdlFile::GetAppFolder()) + "zcompiler.exe " + songs + "song.mml " + songs +
-                      "song.out " + songs + "song.log\r\n");
+                  mdlFile::GetShortPath(mdlFile::GetAppFolder()) + "zcompiler.exe " + songs +
+                      "song.mml " + songs + "song.out " + songs + "song.log\r\n");
         if (error) {
             const std::wstring text = testing::WindowText(ResultWindow().TextBox());
             EXPECT_NE(text.find(L"Detect compiling error."), std::wstring::npos) << text;
@@ -336,101 +278,129 @@ TEST_F(Compile, TheCommandRunsTheScriptItWroteAndKeepsItsNames) {
             ReleaseResultWindow();
             continue;
         }
-        const Start start = Latest(1);
-        EXPECT_EQ(start.arguments, Texts{folder / "my songs\\song.out"});
-        EXPECT_TRUE(start.commandLine.ends_with("\"" + start.arguments.at(0) + "\"")) << start.commandLine;
+        const std::string output = folder / "my songs\\song.out";
+        EXPECT_TRUE(StartedLast(" \"" + output + "\"", here, {output}))
+            << folder.Read("starts.txt");
     }
 }
 
-TEST_F(Compile, EveryStopClearsTheFlagAndShowsTheConfigurationsName) {
-    const std::string converting = "Now Converting to song.out", script = ScriptFilePath();
-    char savedComSpec[MAX_PATH] = {};
-    GetEnvironmentVariableA("COMSPEC", savedComSpec, MAX_PATH);
-    const struct {
+// Every road of the compile command, run through Wine's cmd.exe: the stops
+// and their notices, the verdicts in the result window, COMSPEC, $temp$ and
+// short names. The busy flag is TheCommandRunsTheScriptItWrote's.
+TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
+    const std::string script = ScriptFilePath();
+    char comSpec[MAX_PATH] = {};
+    GetEnvironmentVariableA("COMSPEC", comSpec, MAX_PATH);
+    const Texts ran = {"log on", "update"};
+    struct Row {
         const char* name;
-        std::string extra;  // "-": no configuration file
-        const char* song;   // the target, which may be missing
-        bool busy;
-        const char* comSpec;
-        Texts calls;
-        std::wstring box{}, boxEnd{};
-    } cases[] = {
-        {"busy", "", "song.mml", true, nullptr, {}},
-        {"target missing", "", "gone.mml", false, nullptr, {name}},
-        {"configuration missing", "-", "song.mml", false, nullptr, {name},
-         L" - Check|Configuration file not found."},
-        {"compiler folder missing", "Configure/Console=" + (folder / "no\\zc.exe"), "song.mml",
-         false, nullptr, {converting, name}, L" - Check|DOS program folder not found."},
-        {"required tools missing", "Required/ItemCount=2\nRequired/Item1=a.exe\nRequired/Item2=zplayer.exe",
-         "song.mml", false, nullptr, {converting, name}, L" - Check|a.exe not installed"},
-        // A folder in its place; under Wine as root a read-only folder can still be written.
-        {"the script cannot be written", "", "song.mml", false, nullptr, {converting, name},
-         L" - Error|" + Wide(script) + L"\r\n", L" (5:Compile)"},
-        {"no console: only the player, which is missing",
-         "Option/UseCUI=0\nOption/UseGUI=1\nConfigure/Player=C:\\nowhere\\player.exe", "song.mml",
-         false, nullptr, {converting, "update", name},
-         L" - Check|Windows program not found.\r\nC:\\nowhere\\player.exe"},
-        // The interpreter is found by the name alone; one that is not found is reported.
-        {"interpreter in another folder", "", "song.mml", false, "C:\\nowhere\\cmd.exe",
-         {converting, "log on", "update", name}},
-        {"no such interpreter", "", "song.mml", false, "C:\\nowhere\\nocmd.exe", {converting, name},
-         L" - Error|nocmd.exe\r\n", L":Compile)"},
-        // Started bare, the interpreter would wait for typed commands, and the compile for it.
-        {"a switch in COMSPEC", "", "song.mml", false, "C:\\windows\\system32\\cmd.exe /Q",
-         {converting, name}, L" - Error|cmd.exe /Q\r\n", L":Compile)"},
+        std::string extra{};            // configuration keys; "-": no configuration file
+        std::string orders{};           // for the stand-in compiler
+        std::string song = "song.mml";  // "gone": a target that does not exist
+        const char* oldOutput = nullptr;
+        const char* comSpec = nullptr;  // nullptr: as it was
+        bool converting = true;         // the status bar said "Now Converting to ..."
+        Texts calls{};                  // then these, then the configuration's name
+        std::wstring box{}, boxEnd{};   // the one notice: its text from the title on, its end
+        std::wstring verdict{};         // the result window shows this compile error
     };
-    folder.Write("song.mml", "o4 c\r\n");
-    for (const auto& c : cases) {
+    const Row rows[] = {
+        {.name = "target missing", .song = "gone", .converting = false},
+        {.name = "configuration missing", .extra = "-", .converting = false,
+         .box = L"Check|Configuration file not found."},
+        {.name = "compiler folder missing", .extra = "Configure/Console=" + (folder / "no\\zc.exe"),
+         .box = L"Check|DOS program folder not found."},
+        {.name = "required tools missing",
+         .extra = "Required/ItemCount=2\nRequired/Item1=a.exe\nRequired/Item2=zplayer.exe",
+         .box = L"Check|a.exe not installed"},
+        // A folder in its place: under Wine as root a read-only folder can still be written.
+        {.name = "the script cannot be written", .box = L"Error|" + Wide(script) + L"\r\n",
+         .boxEnd = L" (5:Compile)"},
+        {.name = "no console: only the player, which is missing",
+         .extra = "Option/UseCUI=0\nOption/UseGUI=1\nConfigure/Player=C:\\nowhere\\p.exe",
+         .calls = {"update"}, .box = L"Check|Windows program not found.\r\nC:\\nowhere\\p.exe"},
+        {.name = "no output", .orders = "output=none", .verdict = L"Detect compiling error."},
+        {.name = "an old output left as it was", .orders = "output=keep", .oldOutput = "old",
+         .verdict = L"Detect compiling error."},
+        {.name = "zero bytes", .orders = "output=empty", .verdict = L"Generated 0 byte file."},
+        {.name = "a blank in the name: short names, renamed back", .song = "my song.mml",
+         .oldOutput = "old", .calls = ran},
+        // $temp$ names a fresh file in the compiler's folder, gone afterwards.
+        {.name = "$temp$",
+         .extra = "Configure/Console=" + (folder / "mc.exe") + "\nRequired/ItemCount=0\n" +
+                  "Script/Line=2\nScript/Line1=echo x>$pp$$temp$\n" +
+                  "Script/Line2=copy $pp$$temp$ $fp$$fn2$.out",
+         .calls = {"log off", "update"}},
+        // The interpreter is found by its name alone. Started bare, one named
+        // with a switch would wait for typed commands, and the compile for it.
+        {.name = "interpreter elsewhere", .comSpec = "C:\\nowhere\\cmd.exe", .calls = ran},
+        {.name = "no such interpreter", .comSpec = "C:\\nowhere\\nocmd.exe",
+         .box = L"Error|nocmd.exe\r\n", .boxEnd = L":Compile)"},
+        {.name = "a switch in COMSPEC", .comSpec = "C:\\windows\\system32\\cmd.exe /Q",
+         .box = L"Error|cmd.exe /Q\r\n", .boxEnd = L":Compile)"},
+    };
+    for (const Row& c : rows) {
         SCOPED_TRACE(c.name);
         c.extra == "-" ? void(DeleteFileA(configuration.c_str())) : Configure(c.extra);
         if (c.boxEnd == L" (5:Compile)") CreateDirectoryA(script.c_str(), nullptr);
-        SetEnvironmentVariableA("COMSPEC", c.comSpec ? c.comSpec : savedComSpec);
-        mdlMain::SetTargetFile(folder / c.song);
+        SetEnvironmentVariableA("COMSPEC", c.comSpec ? c.comSpec : comSpec);
+        const std::string song = Song(c.orders, c.song);
+        if (c.song == "gone") DeleteFileA(song.c_str());
+        if (c.oldOutput) folder.Write(mdlFile::GetBaseName(song) + ".out", c.oldOutput);
         boxes.clear();
         RecordingHost host;
-        host.compiling = c.busy;
-        abortee = nullptr;
-        const UINT_PTR guard = SetTimer(nullptr, 0, 10000, InterruptWait);
+        const UINT_PTR guard = SetTimer(nullptr, 0, 10000, AskToQuit);
         CMD_DoCompile(host);
         KillTimer(nullptr, guard);
         MSG quit;
         EXPECT_FALSE(PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "waited 10 s";
-        EXPECT_EQ(host.compiling, c.busy);
-        EXPECT_EQ(host.calls, c.calls);
-        RemoveDirectoryA(script.c_str());
-        // An output exactly when the compile ran to its end.
-        EXPECT_EQ(DeleteFileA((folder / "song.out").c_str()) != FALSE, c.calls.size() == 4);
+        EXPECT_FALSE(host.compiling);
+        Texts calls = c.calls;
+        const std::string converting = "Now Converting to " + mdlFile::GetBaseName(song) + ".out";
+        if (c.converting) calls.insert(calls.begin(), converting);
+        calls.push_back(name);
+        EXPECT_EQ(host.calls, calls);
         ASSERT_EQ(boxes.size(), c.box.empty() ? 0u : 1u);
-        if (c.box.empty()) continue;
-        EXPECT_NE(boxes[0].find(c.box), std::wstring::npos) << boxes[0];
-        EXPECT_TRUE(boxes[0].ends_with(c.boxEnd)) << boxes[0];
+        if (!c.box.empty()) {
+            EXPECT_NE(boxes[0].find(L" - " + c.box), std::wstring::npos) << boxes[0];
+            EXPECT_TRUE(boxes[0].ends_with(c.boxEnd)) << boxes[0];
+        }
+        const HWND result = FindWindowW(L"ZorviResult", nullptr);
+        EXPECT_EQ(result && IsWindowVisible(result), !c.verdict.empty());
+        if (result) {
+            const std::wstring text = testing::WindowText(ResultWindow().TextBox());
+            EXPECT_NE(text.find(c.verdict), std::wstring::npos) << text;
+            ReleaseResultWindow();
+        }
+        // Nothing is left under a short name, of $temp$, or of a failed run.
+        Texts files;
+        mdlFile::GetPathFile2Array(folder / "*", files, false);
+        for (const std::string& file : files) {
+            EXPECT_FALSE(Has(file, '~') || Has(file, '$') || file.starts_with("MML")) << file;
+            if (file != "Zorvi.ini") DeleteFileA((folder / file).c_str());
+        }
+        RemoveDirectoryA(script.c_str());
     }
-    SetEnvironmentVariableA("COMSPEC", savedComSpec);
+    SetEnvironmentVariableA("COMSPEC", comSpec);
+    // The command-line compile returns the verdict; its configuration comes
+    // here through the extension filter, as Setting/Default names none that exists.
+    WriteKeys("Setting/Default=none\nFilter/ItemCount=1\nFilter/Extension1=.txt;.MML\n"
+              "Filter/Default1=" + name, folder / "Zorvi.ini");
+    Configure();
+    boxes.clear();
+    EXPECT_EQ(DoCompile2(Song("output=empty"), "", false), 2);
+    EXPECT_TRUE(boxes.empty());
 }
 
+// $pp$ with no configuration named is the active configuration's compiler folder.
 TEST_F(Compile, TheEditorOpensTheTargetInTheProgramsFolder) {
+    Configure();
     const std::string song = Song("", "song.mml");
     WriteIni("Option", "AutoOpen", "1", folder / "Zorvi.ini");
-    WriteIni("Setting", "Editor", "$hp$zplayer.exe", folder / "Zorvi.ini");
+    WriteIni("Setting", "Editor", "$pp$zplayer.exe", folder / "Zorvi.ini");
     StartEditor(nullptr);
-    const Start start = Latest(1);
-    EXPECT_EQ(start.arguments, Texts{song});
-    EXPECT_EQ(start.folder + "\\", mdlFile::GetAppFolder());
-}
-
-TEST_F(Compile, TheExtensionFilterReadsTheSettingsRows) {
-    Configure();
-    const std::string settings = folder / "Zorvi.ini";
-    for (const auto& [key, value] : testing::KeyValueLines(
-             "ItemCount=2\nExtension1=.txt\nDefault1=x\nExtension2=.mus;.MML\nDefault2=" + name)) {
-        WriteIni("Filter", key, value, settings);
-    }
-    std::string chosen;
-    EXPECT_EQ(ExtensionFilter("C:\\songs\\a.mml", chosen), FilterCode::Found);
-    EXPECT_EQ(chosen, name);
-    WriteIni("Filter", "Default2", "nothing-here", settings);
-    EXPECT_EQ(ExtensionFilter("C:\\songs\\a.mml", chosen), FilterCode::MissingConfig);
-    EXPECT_EQ(chosen, "nothing-here");
+    EXPECT_TRUE(StartedLast(" " + song, mdlFile::RemoveBackslash(mdlFile::GetAppFolder()), {song}))
+        << folder.Read("starts.txt");
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ TEST(SettingsWin, ListsOnDisk) {
     EXPECT_EQ(folder.Read("s.ini"), "[Script]\r\nLine=1\r\nLine1=a\r\nLine2=b\r\n");
     EXPECT_EQ(ReadTextBlock(config_file::kScript, folder / "s.ini"), "a\r\n");
     // The platform drops one pair of quotes around a whole value when it reads it.
-    ExternalProgramRecord quoted{"Q", "\"C:\\My Tools\\q.exe\"", "\"$fn$\" -x", "$fp$", 2, true, false};
+    ExternalProgramRecord quoted{"Q", "\"C:\\My Tools\\q.exe\"", "\"$fn$\" -x", "", 2, true, false};
     ASSERT_TRUE(WriteExternalPrograms({quoted}, file));
     quoted.command = "C:\\My Tools\\q.exe";
     EXPECT_EQ(ReadExternalPrograms(file), std::vector<ExternalProgramRecord>{quoted});
@@ -71,16 +71,17 @@ TEST(SettingsWin, ListsOnDisk) {
     // The rebuilds take the players of cfg\*.ini (not of hidden or system files)
     // and keep the entries that name files, after variable expansion.
     CreateDirectoryA((folder / "cfg").c_str(), nullptr);
-    const std::string play = folder / "play.exe", play2 = folder / "play2.exe", ed = folder / "ed.exe";
-    for (const char* tool : {"play.exe", "play2.exe", "ed.exe"}) folder.Write(tool, "MZ");
+    const std::string play = folder / "play.exe", play2 = folder / "p2.exe", ed = folder / "ed.exe";
+    for (const char* tool : {"play.exe", "p2.exe", "ed.exe"}) folder.Write(tool, "MZ");
     folder.Write("Zorvi.ini", "[PlayerList]\r\nItemCount=2\r\nItem1=" + play + "\r\nItem2=" +
                                   folder / "gone.exe" + "\r\n[Setting]\r\nEditor=" + ed +
                                   "\r\n[EditorList]\r\nItemCount=3\r\nItem1=" + ed +
                                   "\r\nItem2=$hp$win_tests.exe\r\nItem3=$hp$none.exe\r\n");
-    for (const auto& [name, attributes] : {std::pair{"b.ini", 0}, {"a.ini", 0}, {"t.txt", 0},
-                                           {"h.ini", FILE_ATTRIBUTE_HIDDEN}, {"s.ini", FILE_ATTRIBUTE_SYSTEM}}) {
-        folder.Write(std::string("cfg\\") + name, "[Configure]\r\nPlayer=" +
-                                                      (*name == 'b' ? play2 : *name == 'a' ? play : ed));
+    folder.Write("cfg\\b.ini", "[Configure]\r\nPlayer=" + play2);
+    folder.Write("cfg\\a.ini", "[Configure]\r\nPlayer=" + play);
+    for (const auto& [name, attributes] : {std::pair{"t.txt", 0}, {"h.ini", FILE_ATTRIBUTE_HIDDEN},
+                                           {"s.ini", FILE_ATTRIBUTE_SYSTEM}}) {
+        folder.Write(std::string("cfg\\") + name, "[Configure]\r\nPlayer=" + ed);
         SetFileAttributesA((folder / "cfg\\" + name).c_str(), attributes);
     }
     for (int start = 0; start < 2; ++start) {  // a second start finds nothing to change
@@ -127,38 +128,24 @@ TEST_F(ConfigSaveWin, SavedValuesLoadBackAndTheBackupHoldsThePreviousFile) {
 }
 
 // Keys written before a failure stay written, nothing after it is. (Under
-// Wine as root a read-only folder can still be written: a missing folder or a
-// file in its place blocks the configuration's writes instead.)
+// Wine as root a read-only folder can still be written: a missing cfg folder
+// blocks the configuration's writes instead.)
 TEST_F(ConfigSaveWin, AFailureKeepsWhatWasWrittenBefore) {
-    const struct {
-        const char* name;
-        std::string cfg;  // what stands in place of the cfg folder
-        long error;       // 0: any
-        bool mainKeys;    // the main settings file's keys were written
-    } cases[] = {
-        {"cfg missing", "", 0, true},
-        {"cfg is a file", "file", 0, true},
-        {"the configuration held open: its backup fails first", "held", ERROR_SHARING_VIOLATION,
-         false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const bool held : {false, true}) {
+        SCOPED_TRACE(held ? "the configuration held open: its backup fails first" : "cfg missing");
         DeleteFileA(Main().c_str());
-        RemoveDirectoryA((folder / "cfg").c_str());
-        if (c.cfg == "file") folder.Write("cfg", "");
-        if (c.cfg == "held") CreateDirectoryA((folder / "cfg").c_str(), nullptr);
-        if (c.cfg == "held") folder.Write("cfg\\fast.ini", "[Configure]\r\nConsole=old\r\n");
-        const HANDLE held = CreateFileA((folder / "cfg\\fast.ini").c_str(), GENERIC_READ, 0,
+        if (held) folder.Write("cfg\\fast.ini", "[Configure]\r\nConsole=old\r\n");
+        if (!held) RemoveDirectoryA((folder / "cfg").c_str());
+        const HANDLE file = CreateFileA((folder / "cfg\\fast.ini").c_str(), GENERIC_READ, 0,
                                         nullptr, OPEN_EXISTING, 0, nullptr);
         const auto result = Save();
-        if (held != INVALID_HANDLE_VALUE) CloseHandle(held);
-        DeleteFileA((folder / "cfg").c_str());
+        if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+        CreateDirectoryA((folder / "cfg").c_str(), nullptr);
         EXPECT_EQ(result.status, ConfigurationSaveResult::Status::Failed);
-        EXPECT_TRUE(c.error ? result.errorNumber == c.error : result.errorNumber != 0)
-            << result.errorNumber;
-        EXPECT_EQ(result.alwaysTopChanged, c.mainKeys);
-        EXPECT_EQ(ReadIni(main_file::kDefault, Main()), c.mainKeys ? "fast" : "");
-        EXPECT_EQ(ReadIniInt(main_file::kEditorWindowState, Main()), c.mainKeys ? 3 : 1);
+        EXPECT_EQ(result.errorNumber, held ? ERROR_SHARING_VIOLATION : ERROR_PATH_NOT_FOUND);
+        EXPECT_EQ(result.alwaysTopChanged, !held);
+        EXPECT_EQ(ReadIni(main_file::kDefault, Main()), held ? "" : "fast");
+        EXPECT_EQ(ReadIniInt(main_file::kEditorWindowState, Main()), held ? 1 : 3);
         EXPECT_EQ(ReadIniInt(main_file::kTimerInterval, Main()), 250);  // written after cfg
     }
 }
