@@ -317,6 +317,8 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
         {.name = "an old output left as it was", .orders = "output=keep", .oldOutput = "old",
          .verdict = L"Detect compiling error."},
         {.name = "zero bytes", .orders = "output=empty", .verdict = L"Generated 0 byte file."},
+        {.name = "no output, no detection", .extra = "Option/DetectError=0", .orders = "output=none",
+         .calls = ran},
         {.name = "a blank in the name: short names, renamed back", .song = "my song.mml",
          .oldOutput = "old", .calls = ran},
         // $temp$ names a fresh file in the compiler's folder, gone afterwards.

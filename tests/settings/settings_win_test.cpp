@@ -74,7 +74,7 @@ TEST(SettingsWin, ListsOnDisk) {
     const std::string play = folder / "play.exe", play2 = folder / "p2.exe", ed = folder / "ed.exe";
     for (const char* tool : {"play.exe", "p2.exe", "ed.exe"}) folder.Write(tool, "MZ");
     folder.Write("Zorvi.ini", "[PlayerList]\r\nItemCount=2\r\nItem1=" + play + "\r\nItem2=" +
-                                  folder / "gone.exe" + "\r\n[Setting]\r\nEditor=" + ed +
+                                  folder / "gone.exe" + "\r\n[Setting]\r\nEditor=" + play +
                                   "\r\n[EditorList]\r\nItemCount=3\r\nItem1=" + ed +
                                   "\r\nItem2=$hp$win_tests.exe\r\nItem3=$hp$none.exe\r\n");
     folder.Write("cfg\\b.ini", "[Configure]\r\nPlayer=" + play2);
@@ -87,7 +87,7 @@ TEST(SettingsWin, ListsOnDisk) {
     for (int start = 0; start < 2; ++start) {  // a second start finds nothing to change
         EXPECT_EQ(RebuildPlayerList(file, folder.Path() + "\\"), (Texts{play, play2}));
         EXPECT_EQ(ReadCountedList(main_file::kPlayerList, file), (Texts{play, play2}));
-        EXPECT_EQ(RebuildEditorList(file), (Texts{ed, "$hp$win_tests.exe"}));
+        EXPECT_EQ(RebuildEditorList(file), (Texts{ed, "$hp$win_tests.exe", play}));
     }
 }
 
