@@ -317,15 +317,13 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
         {.name = "an old output left as it was", .orders = "output=keep", .oldOutput = "old",
          .verdict = L"Detect compiling error."},
         {.name = "zero bytes", .orders = "output=empty", .verdict = L"Generated 0 byte file."},
-        {.name = "no output, no detection", .extra = "Option/DetectError=0", .orders = "output=none",
-         .calls = ran},
         {.name = "a blank in the name: short names, renamed back", .song = "my song.mml",
          .oldOutput = "old", .calls = ran},
-        // $temp$ names a fresh file in the compiler's folder, gone afterwards.
-        {.name = "$temp$",
-         .extra = "Configure/Console=" + (folder / "mc.exe") + "\nRequired/ItemCount=0\n" +
-                  "Script/Line=2\nScript/Line1=echo x>$pp$$temp$\n" +
-                  "Script/Line2=copy $pp$$temp$ $fp$$fn2$.out",
+        // $temp$ names a fresh file in the compiler's folder, gone afterwards;
+        // without error detection no output is no error.
+        {.name = "$temp$", .extra = "Configure/Console=" + (folder / "mc.exe") +
+                                    "\nRequired/ItemCount=0\nOption/DetectError=0\n" +
+                                    "Script/Line=1\nScript/Line1=echo x>$pp$$temp$",
          .calls = {"log off", "update"}},
         // The interpreter is found by its name alone. Started bare, one named
         // with a switch would wait for typed commands, and the compile for it.
