@@ -70,7 +70,6 @@ TEST_F(RunWin, TheRunnerStartsThroughTheShellOrPlainly) {
     } cases[] = {
         {player, blank, true, true, " \"" + blank + "\"", folder.Path(), {blank}},
         {player, "-x -y", false, true, " \"-x -y\"", folder.Path(), {"-x -y"}},
-        {player, "a.mml", true, true, " a.mml", folder.Path(), {"a.mml"}},
         {typed, "p1 p2", false, true, typed, here, {"typed"}},
         {typed, "", true, true, typed, here, {"typed"}},
         {typed, "p1 p2", true, false},
