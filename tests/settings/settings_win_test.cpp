@@ -127,25 +127,39 @@ TEST_F(ConfigSaveWin, SavedValuesLoadBackAndTheBackupHoldsThePreviousFile) {
     }
 }
 
-// Keys written before a failure stay written, nothing after it is. (Under
-// Wine as root a read-only folder can still be written: a missing cfg folder
-// blocks the configuration's writes instead.)
+// Keys written before a failure stay written, nothing after it is; names the
+// platform cannot take write nothing. (Under Wine as root a read-only folder
+// can still be written: a missing cfg folder blocks the writes instead.)
 TEST_F(ConfigSaveWin, AFailureKeepsWhatWasWrittenBefore) {
-    for (const bool held : {false, true}) {
-        SCOPED_TRACE(held ? "the configuration held open: its backup fails first" : "cfg missing");
+    const struct {
+        const char* why;
+        std::string name;
+        long error;
+        bool mainKeys;  // the main settings file's keys were written
+    } cases[] = {
+        {"cfg missing", "fast", ERROR_PATH_NOT_FOUND, true},
+        {"the configuration held open: its backup fails", "fast", ERROR_SHARING_VIOLATION, false},
+        {"a device's name", "CON", ERROR_INVALID_NAME, false},
+        {"too long a path", std::string(300, 'n'), ERROR_FILENAME_EXCED_RANGE, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
         DeleteFileA(Main().c_str());
-        if (held) folder.Write("cfg\\fast.ini", "[Configure]\r\nConsole=old\r\n");
-        if (!held) RemoveDirectoryA((folder / "cfg").c_str());
-        const HANDLE file = CreateFileA((folder / "cfg\\fast.ini").c_str(), GENERIC_READ, 0,
-                                        nullptr, OPEN_EXISTING, 0, nullptr);
+        if (c.mainKeys) RemoveDirectoryA((folder / "cfg").c_str());
+        folder.Write("cfg\\fast.ini", "[Configure]\r\nConsole=old\r\n");
+        const HANDLE file = c.error != ERROR_SHARING_VIOLATION
+                                ? INVALID_HANDLE_VALUE
+                                : CreateFileA((folder / "cfg\\fast.ini").c_str(), GENERIC_READ, 0,
+                                              nullptr, OPEN_EXISTING, 0, nullptr);
+        values.name = c.name;
         const auto result = Save();
         if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
         CreateDirectoryA((folder / "cfg").c_str(), nullptr);
         EXPECT_EQ(result.status, ConfigurationSaveResult::Status::Failed);
-        EXPECT_EQ(result.errorNumber, held ? ERROR_SHARING_VIOLATION : ERROR_PATH_NOT_FOUND);
-        EXPECT_EQ(result.alwaysTopChanged, !held);
-        EXPECT_EQ(ReadIni(main_file::kDefault, Main()), held ? "" : "fast");
-        EXPECT_EQ(ReadIniInt(main_file::kEditorWindowState, Main()), held ? 1 : 3);
+        EXPECT_EQ(result.errorNumber, c.error);
+        EXPECT_EQ(result.alwaysTopChanged, c.mainKeys);
+        EXPECT_EQ(ReadIni(main_file::kDefault, Main()), c.mainKeys ? c.name : "");
+        EXPECT_EQ(ReadIniInt(main_file::kEditorWindowState, Main()), c.mainKeys ? 3 : 1);
         EXPECT_EQ(ReadIniInt(main_file::kTimerInterval, Main()), 250);  // written after cfg
     }
 }
