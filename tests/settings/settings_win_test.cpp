@@ -55,6 +55,7 @@ TEST(SettingsWin, ListsOnDisk) {
     EXPECT_EQ(ReadCountedList(main_file::kEditorList, file), Texts{"only"});
     ASSERT_TRUE(WriteHistorySlot(10, "C:\\ten.mml", file));
     EXPECT_EQ(ReadHistorySlots(file)[10], "C:\\ten.mml");
+    EXPECT_FALSE(WriteHistorySlot(32, "C:\\none.mml", file));  // slots 0 to 31 only
     // Entries above the count stay in the file; slot numbers are plain decimal.
     for (const char* line : {"\r\nItem3=C:\\My Tools\\b.exe\r\n", "\r\nHis010=C:\\ten.mml\r\n"}) {
         EXPECT_NE(folder.Read("Zorvi.ini").find(line), std::string::npos) << line;
@@ -125,6 +126,8 @@ TEST_F(ConfigSaveWin, SavedValuesLoadBackAndTheBackupHoldsThePreviousFile) {
         EXPECT_EQ(folder.Read("cfg\\fast.txt"), before);
         EXPECT_NE(folder.Read("cfg\\fast.ini").find(console), std::string::npos);
     }
+    WriteIni("Option", "IconSize", "999", Main());  // a hand edit beyond one byte
+    EXPECT_EQ(LoadConfigurationValues("fast", folder.Path() + "\\", Main()).iconSize, 16);
 }
 
 // Keys written before a failure stay written, nothing after it is; names the
