@@ -1,0 +1,171 @@
+// The settings files as the platform's private-profile functions write and read
+// them: single keys, the list layouts, the list rebuilds and the configuration save.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include "files/path_win.h"
+#include "settings/config_save_win.h"
+#include "settings/ini_win.h"
+#include "settings/lists_win.h"
+#include "support/temp_folder.h"
+
+namespace zorvi::settings {
+namespace {
+
+using zorvi::testing::TempFolder;
+using Texts = std::vector<std::string>;
+
+TEST(SettingsWin, ProfileFunctionsOnRealFiles) {
+    TempFolder folder;
+    const std::string file = folder / "Zorvi.ini";
+    EXPECT_EQ(ReadIni("Main", "Left", "fallback", file), "fallback");
+    EXPECT_EQ(ReadIniInt("Main", "Left", -7, file), -7);
+    EXPECT_FALSE(mdlFile::PathExists(file));
+    ASSERT_TRUE(WriteIni("Main", "Width", 4410, file));
+    ASSERT_TRUE(WriteIni("Setting", "Default", "fast", file));
+    EXPECT_EQ(folder.Read("Zorvi.ini"), "[Main]\r\nWidth=4410\r\n[Setting]\r\nDefault=fast\r\n");
+    EXPECT_EQ(ReadIni("setting", "DEFAULT", "", file), "fast");
+    const struct {
+        std::string stored, text;  // text: what ReadIni gives
+        int number;                // ReadIniInt with the default 99
+        bool exactlyOne, nonZero;  // the two flag tests
+    } cases[] = {
+        {"12abc", "12abc", 12, false, true}, {"-5", "-5", -5, false, true},
+        {" 7", "7", 7, false, true},         {"abc", "abc", 0, false, false},
+        {"", "", 99, false, false},          {"1", "1", 1, true, true},
+        {std::string(400, 'v'), std::string(299, 'v'), 0, false, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.stored.substr(0, 10) + " " + std::to_string(c.stored.size()));
+        ASSERT_TRUE(WriteIni("Option", "AutoSetFile", c.stored, file));
+        ASSERT_TRUE(WriteIni("Option", "UseAltPopUp", c.stored, file));
+        EXPECT_EQ(ReadIni("Option", "AutoSetFile", "", file), c.text);
+        EXPECT_EQ(ReadIniInt("Option", "AutoSetFile", 99, file), c.number);
+        EXPECT_EQ(ReadIniFlag(main_file::kAutoSetFile, file), c.exactlyOne);
+        EXPECT_EQ(ReadIniFlag(main_file::kUseAltPopUp, file), c.nonZero);
+    }
+}
+
+TEST(SettingsWin, ListsOnDisk) {
+    TempFolder folder;
+    const std::string file = folder / "Zorvi.ini";
+    ASSERT_TRUE(WriteCountedList(main_file::kEditorList, {"a", "", "C:\\My Tools\\b.exe"}, file));
+    ASSERT_TRUE(WriteCountedList(main_file::kEditorList, {"only"}, file));
+    EXPECT_EQ(ReadCountedList(main_file::kEditorList, file), Texts{"only"});
+    ASSERT_TRUE(WriteHistorySlot(10, "C:\\ten.mml", file));
+    EXPECT_EQ(ReadHistorySlots(file)[10], "C:\\ten.mml");
+    EXPECT_FALSE(WriteHistorySlot(32, "C:\\none.mml", file));  // slots 0 to 31 only
+    // Entries above the count stay in the file; slot numbers are plain decimal.
+    for (const char* line : {"\r\nItem3=C:\\My Tools\\b.exe\r\n", "\r\nHis010=C:\\ten.mml\r\n"}) {
+        EXPECT_NE(folder.Read("Zorvi.ini").find(line), std::string::npos) << line;
+    }
+    ASSERT_TRUE(WriteTextBlock(config_file::kScript, "a\r\nb", folder / "s.ini"));
+    EXPECT_EQ(folder.Read("s.ini"), "[Script]\r\nLine=1\r\nLine1=a\r\nLine2=b\r\n");
+    EXPECT_EQ(ReadTextBlock(config_file::kScript, folder / "s.ini"), "a\r\n");
+    // The platform drops one pair of quotes around a whole value when it reads it.
+    ExternalProgramRecord quoted{"Q", "\"C:\\My Tools\\q.exe\"", "\"$fn$\" -x", "", 2, true, false};
+    ASSERT_TRUE(WriteExternalPrograms({quoted}, file));
+    quoted.command = "C:\\My Tools\\q.exe";
+    EXPECT_EQ(ReadExternalPrograms(file), std::vector<ExternalProgramRecord>{quoted});
+
+    // The rebuilds take the players of cfg\*.ini (not of hidden or system files)
+    // and keep the entries that name files, after variable expansion.
+    CreateDirectoryA((folder / "cfg").c_str(), nullptr);
+    const std::string play = folder / "play.exe", play2 = folder / "p2.exe", ed = folder / "ed.exe";
+    for (const char* tool : {"play.exe", "p2.exe", "ed.exe"}) folder.Write(tool, "MZ");
+    folder.Write("Zorvi.ini", "[PlayerList]\r\nItemCount=2\r\nItem1=" + play + "\r\nItem2=" +
+                                  folder / "gone.exe" + "\r\n[Setting]\r\nEditor=" + play +
+                                  "\r\n[EditorList]\r\nItemCount=3\r\nItem1=" + ed +
+                                  "\r\nItem2=$hp$win_tests.exe\r\nItem3=$hp$none.exe\r\n");
+    folder.Write("cfg\\b.ini", "[Configure]\r\nPlayer=" + play2);
+    folder.Write("cfg\\a.ini", "[Configure]\r\nPlayer=" + play);
+    for (const auto& [name, attributes] : {std::pair{"t.txt", 0}, {"h.ini", FILE_ATTRIBUTE_HIDDEN},
+                                           {"s.ini", FILE_ATTRIBUTE_SYSTEM}}) {
+        folder.Write(std::string("cfg\\") + name, "[Configure]\r\nPlayer=" + ed);
+        SetFileAttributesA((folder / "cfg\\" + name).c_str(), attributes);
+    }
+    for (int start = 0; start < 2; ++start) {  // a second start finds nothing to change
+        EXPECT_EQ(RebuildPlayerList(file, folder.Path() + "\\"), (Texts{play, play2}));
+        EXPECT_EQ(ReadCountedList(main_file::kPlayerList, file), (Texts{play, play2}));
+        EXPECT_EQ(RebuildEditorList(file), (Texts{ed, "$hp$win_tests.exe", play}));
+    }
+}
+
+// An installation in a fresh folder: the program folder with its cfg folder.
+class ConfigSaveWin : public ::testing::Test {
+protected:
+    ConfigSaveWin() {
+        CreateDirectoryA((folder / "cfg").c_str(), nullptr);
+        values.name = "fast";
+        values.alwaysTop = values.useCUI = true;
+        values.editorWindowState = 3;
+        values.timerInterval = 400;
+        values.externalPrograms = {{"Tool", "$hp$t.exe", "$fp$", "", 2, true, false}};
+        values.filters = {{"MML", "mml", "fast"}};
+        values.console = "$hp$mc.exe";
+        values.script = "$pr$ $fn$\r\necho done\r\n";
+        values.required = "$hp$mc.exe\r\n";
+    }
+    std::string Main() const { return folder / "Zorvi.ini"; }
+    ConfigurationSaveResult Save() const {
+        return SaveConfiguration(values, folder.Path() + "\\", Main());
+    }
+    TempFolder folder;
+    ConfigurationValues values;
+};
+
+TEST_F(ConfigSaveWin, SavedValuesLoadBackAndTheBackupHoldsThePreviousFile) {
+    ASSERT_EQ(Save().status, ConfigurationSaveResult::Status::Saved);
+    EXPECT_EQ(LoadConfigurationValues("fast", folder.Path() + "\\", Main()), values);
+    EXPECT_FALSE(mdlFile::PathExists(folder / "cfg\\fast.txt"));  // nothing to back up yet
+    for (const char* console : {"second.exe", "third.exe"}) {
+        const std::string before = folder.Read("cfg\\fast.ini");
+        values.console = console;
+        ASSERT_EQ(Save().status, ConfigurationSaveResult::Status::Saved);
+        EXPECT_EQ(folder.Read("cfg\\fast.txt"), before);
+        EXPECT_NE(folder.Read("cfg\\fast.ini").find(console), std::string::npos);
+    }
+    WriteIni("Option", "IconSize", "999", Main());  // a hand edit beyond one byte
+    EXPECT_EQ(LoadConfigurationValues("fast", folder.Path() + "\\", Main()).iconSize, 16);
+}
+
+// Keys written before a failure stay written, nothing after it is; names the
+// platform cannot take write nothing. (Under Wine as root a read-only folder
+// can still be written: a missing cfg folder blocks the writes instead.)
+TEST_F(ConfigSaveWin, AFailureKeepsWhatWasWrittenBefore) {
+    const struct {
+        const char* why;
+        std::string name;
+        long error;
+        bool mainKeys;  // the main settings file's keys were written
+    } cases[] = {
+        {"cfg missing", "fast", ERROR_PATH_NOT_FOUND, true},
+        {"the configuration held open: its backup fails", "fast", ERROR_SHARING_VIOLATION, false},
+        {"a device's name", "CON", ERROR_INVALID_NAME, false},
+        {"too long a path", std::string(300, 'n'), ERROR_FILENAME_EXCED_RANGE, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        DeleteFileA(Main().c_str());
+        if (c.mainKeys) RemoveDirectoryA((folder / "cfg").c_str());
+        folder.Write("cfg\\fast.ini", "[Configure]\r\nConsole=old\r\n");
+        const HANDLE file = c.error != ERROR_SHARING_VIOLATION
+                                ? INVALID_HANDLE_VALUE
+                                : CreateFileA((folder / "cfg\\fast.ini").c_str(), GENERIC_READ, 0,
+                                              nullptr, OPEN_EXISTING, 0, nullptr);
+        values.name = c.name;
+        const auto result = Save();
+        if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+        CreateDirectoryA((folder / "cfg").c_str(), nullptr);
+        EXPECT_EQ(result.status, ConfigurationSaveResult::Status::Failed);
+        EXPECT_EQ(result.errorNumber, c.error);
+        EXPECT_EQ(result.alwaysTopChanged, c.mainKeys);
+        EXPECT_EQ(ReadIni(main_file::kDefault, Main()), c.mainKeys ? c.name : "");
+        EXPECT_EQ(ReadIniInt(main_file::kEditorWindowState, Main()), c.mainKeys ? 3 : 1);
+        EXPECT_EQ(ReadIniInt(main_file::kTimerInterval, Main()), 250);  // written after cfg
+    }
+}
+
+}  // namespace
+}  // namespace zorvi::settings
