@@ -12,46 +12,14 @@
 namespace zorvi::testing {
 namespace {
 
-// A window of the process with that class; visible ones only when asked.
-HWND FindOfClass(DWORD processId, const wchar_t* windowClass, bool visibleOnly) {
-    struct Search {
-        DWORD processId;
-        const wchar_t* windowClass;
-        bool visibleOnly;
-        HWND found = nullptr;
-    } search{processId, windowClass, visibleOnly};
-    EnumWindows(
-        [](HWND window, LPARAM param) -> BOOL {
-            auto* s = reinterpret_cast<Search*>(param);
-            DWORD owner = 0;
-            GetWindowThreadProcessId(window, &owner);
-            wchar_t name[64] = {};
-            GetClassNameW(window, name, 64);
-            if (owner != s->processId || std::wstring(name) != s->windowClass ||
-                (s->visibleOnly && !IsWindowVisible(window))) {
-                return TRUE;
-            }
-            s->found = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&search));
-    return search.found;
-}
-
-HWND WaitForMain(const Running& zorvi) {
-    HWND main = nullptr;
-    WaitUntil([&] { return (main = FindOfClass(zorvi.Id(), L"ZorviMain", true)) != nullptr; });
-    return main;
-}
-
 TEST(PopupAndTray, F9OpensTheMenuAndItsExitEntryEndsZorvi) {
     Installation installation;
     Running zorvi(installation, "");
-    const HWND main = WaitForMain(zorvi);
+    const HWND main = zorvi.WaitForWindow(L"ZorviMain");
     ASSERT_NE(main, nullptr);
     PostMessageW(main, WM_KEYDOWN, VK_F9, 0);
-    HWND menu = nullptr;
-    ASSERT_TRUE(WaitUntil([&] { return (menu = FindOfClass(zorvi.Id(), L"#32768", true)); }));
+    const HWND menu = zorvi.WaitForWindow(L"#32768");
+    ASSERT_NE(menu, nullptr);
     // "E&xit" by its mnemonic, as a user would type it.
     PostMessageW(menu, WM_KEYDOWN, 'X', 0);
     PostMessageW(menu, WM_CHAR, 'x', 0);
@@ -62,9 +30,9 @@ TEST(PopupAndTray, F9OpensTheMenuAndItsExitEntryEndsZorvi) {
 
 TEST(PopupAndTray, MinimisedIntoTheTrayAndBackByDoubleClick) {
     Installation installation;
-    installation.Files().Write("Zorvi.ini", "[Option]\r\nTaskTray=1\r\n");
+    installation.Write("Zorvi.ini", "[Option]\r\nTaskTray=1\r\n");
     Running zorvi(installation, "");
-    const HWND main = WaitForMain(zorvi);
+    const HWND main = zorvi.WaitForWindow(L"ZorviMain");
     ASSERT_NE(main, nullptr);
     PostMessageW(main, WM_KEYDOWN, VK_F11, 0);
     ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(main); }));
@@ -77,18 +45,18 @@ TEST(PopupAndTray, MinimisedIntoTheTrayAndBackByDoubleClick) {
 
 TEST(PopupAndTray, LauncherProgramsMarkedToRunStartWithZorvi) {
     Installation installation;
-    const std::string record = installation.Files() / "record.txt";
+    const std::string record = installation / "record.txt";
     SetEnvironmentVariableA("ZPLAYER_RECORD", record.c_str());
-    installation.Files().Write(
+    installation.Write(
         "Zorvi.ini", "[ExternalProgram]\r\nItemCount=2\r\nItem1=Not at start\r\nCommand1=" +
                          BesideTestProgram("zplayer.exe") +
                          "\r\nOption1=first\r\nItem2=Player\r\nCommand2=" +
                          BesideTestProgram("zplayer.exe") + "\r\nOption2=second\r\nAutoRun2=1\r\n");
     Running zorvi(installation, "");
     SetEnvironmentVariableA("ZPLAYER_RECORD", nullptr);
-    ASSERT_NE(WaitForMain(zorvi), nullptr);
-    ASSERT_TRUE(WaitUntil([&] { return installation.Files().Read("record.txt").size() > 0; }));
-    const std::string starts = installation.Files().Read("record.txt");
+    ASSERT_NE(zorvi.WaitForWindow(L"ZorviMain"), nullptr);
+    ASSERT_TRUE(WaitUntil([&] { return installation.Read("record.txt").size() > 0; }));
+    const std::string starts = installation.Read("record.txt");
     // Starts go in the list's order: one before it would have shown by now.
     EXPECT_NE(starts.find("arg1=second"), std::string::npos);
     EXPECT_EQ(starts.find("arg1=first"), std::string::npos);

@@ -91,25 +91,9 @@ TEST(Names, EveryLegalNameReachesTheCompilerAsItIs) {
     }
 }
 
-// The visible top-level window of the process with that class.
-HWND WindowOfClass(DWORD processId, const wchar_t* windowClass) {
-    std::pair<DWORD, const wchar_t*> wanted{processId, windowClass};
-    HWND found = nullptr;
-    WaitUntil([&] {
-        for (HWND window = FindWindowW(windowClass, nullptr); window != nullptr;
-             window = FindWindowExW(nullptr, window, windowClass, nullptr)) {
-            DWORD owner = 0;
-            GetWindowThreadProcessId(window, &owner);
-            if (owner == wanted.first && IsWindowVisible(window)) found = window;
-        }
-        return found != nullptr;
-    });
-    return found;
-}
-
 TEST(StopCompile, EscEndsAHangingCompilerAndShowsWhy) {
     Installation installation;
-    const TempFolder& files = installation.Files();
+    const TempFolder& files = installation;
     CreateDirectoryA((files / "cfg").c_str(), nullptr);
     files.Write("cfg\\t.ini", "[Configure]\r\nConsole=" + BesideTestProgram("zcompiler.exe") +
                                    "\r\nExtension=out\r\n[Option]\r\nUseCUI=1\r\nDetectError=1\r\n"
@@ -119,7 +103,7 @@ TEST(StopCompile, EscEndsAHangingCompilerAndShowsWhy) {
     const std::string pidFile = files / "pid.txt";
     files.Write("song.mml", "pid=" + pidFile + "\r\nlog=started\r\nhang=1\r\n");
     Running zorvi(installation, "\"" + (files / "song.mml") + "\"");
-    const HWND main = WindowOfClass(zorvi.Id(), L"ZorviMain");
+    const HWND main = zorvi.WaitForWindow(L"ZorviMain");
     ASSERT_NE(main, nullptr);
     PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
     ASSERT_TRUE(WaitUntil([&] { return files.Read("pid.txt").ends_with("\r\n"); }));
@@ -129,7 +113,7 @@ TEST(StopCompile, EscEndsAHangingCompilerAndShowsWhy) {
     PostMessageW(main, WM_KEYDOWN, VK_ESCAPE, 0);
     EXPECT_EQ(WaitForSingleObject(compiler.get(), 15000), WAIT_OBJECT_0);
     // The verdict says why, above the log written so far.
-    const HWND result = WindowOfClass(zorvi.Id(), L"ZorviResult");
+    const HWND result = zorvi.WaitForWindow(L"ZorviResult");
     ASSERT_NE(result, nullptr);
     const HWND text = FindWindowExW(result, nullptr, L"EDIT", nullptr);
     ASSERT_TRUE(WaitUntil([&] { return WindowText(text).find(L"started") != std::wstring::npos; }));
