@@ -91,7 +91,129 @@ shoot() {
     wait "$pid" 2>/dev/null || true
 }
 
-mkdir -p "$docs"
+# The configuration window with something on every page: two
+# configurations, an editor, launcher programs and file filters.
+install_config_demo() {
+    local dir=$1 language=$2
+    install_zorvi "$dir" 0
+    # Paths as a user would have them; the files need not exist for the pictures.
+    local win='C:\MML'
+    cat >"$dir/cfg/Standard.ini" <<END
+[Configure]
+Console=$win\\mmlc.exe
+Extension=mid
+Player=$win\\player.exe
+[Option]
+UseCUI=1
+UseGUI=1
+CUIWindowState=2
+DetectError=1
+[Script]
+Line=2
+Line1=\$pr\$ -o \$fp\$\$fn2\$.mid \$fp\$\$fn\$ > \$fp\$\$fn2\$.log
+Line2=echo done
+[Required]
+ItemCount=2
+Item1=mmlc.exe
+Item2=voices.dat
+END
+    printf '[Configure]\r\n' >"$dir/cfg/Fast.ini"
+    cat >"$dir/Zorvi.ini" <<END
+[Setting]
+Default=Standard
+Language=$language
+Editor=C:\\Tools\\editor.exe
+[Option]
+AutoSetFile=1
+AutoWatch=1
+[ExternalProgram]
+ItemCount=3
+Item1=Text editor
+Command1=C:\\Tools\\editor.exe
+Option1=\$fp\$\$fn\$
+StartUpFolder1=\$fp\$
+Item2=Sequencer
+Command2=C:\\Program Files\\Seq\\seq.exe
+WindowState2=3
+Item3=MIDI converter
+Command3=C:\\tools\\m2m.exe
+[Filter]
+ItemCount=2
+Item1=MML file
+Extension1=.mml
+Default1=Standard
+Item2=Quick test
+Extension2=.mus
+Default2=Fast
+END
+    sed -i 's/$/\r/' "$dir/Zorvi.ini" "$dir/cfg/Standard.ini"
+}
+
+# The outer rectangle of an X window as an ImageMagick crop geometry.
+geometry_of() {
+    xwininfo -id "$1" | awk '/Absolute upper-left X/{x=$4} /Absolute upper-left Y/{y=$4}
+        /Width:/{w=$2} /Height:/{h=$2} END{printf "%dx%d+%d+%d", w, h, x, y}'
+}
+
+# A window of the program whose title matches, waited for up to 15 s.
+wait_window() {
+    local found=""
+    for ((i = 0; i < 150; i++)); do
+        found=$(xdotool search --name "$1" 2>/dev/null | head -n1 || true)
+        [ -n "$found" ] && break
+        sleep 0.1
+    done
+    echo "$found"
+}
+
+# Opens the configuration window with F8 and takes each page, stepping with Ctrl+Tab.
+shoot_config() {
+    local dpi=$1 language=$2 out=$3
+    local dir="$work/config-$dpi-$language"
+    install_config_demo "$dir" "$language"
+    (cd "$dir" && exec wine zorvi.exe) >"$work/wine-config-$dpi-$language.log" 2>&1 &
+    local pid=$!
+    local main config
+    main=$(wait_window "^Zorvi v")
+    if [ -z "$main" ]; then
+        echo "screenshots.sh: no main window at $dpi DPI ($language)" >&2
+        kill "$pid" 2>/dev/null || true
+        return 1
+    fi
+    # Wine takes keys only into a window that was clicked: the status bar is safe to click.
+    local mx my mh
+    read -r mx my mh < <(xwininfo -id "$main" | awk '/Absolute upper-left X/{x=$4}
+        /Absolute upper-left Y/{y=$4} /Height:/{h=$2} END{print x, y, h}')
+    # F8 again until the window shows: a busy machine may drop the first key.
+    config=""
+    for ((i = 0; i < 8; i++)); do
+        xdotool mousemove $((mx + 12)) $((my + mh - 8)) click 1
+        sleep 0.5
+        xdotool key F8
+        for ((j = 0; j < 20; j++)); do
+            sleep 0.1
+            config=$(xdotool search --name "^Zorvi - " 2>/dev/null | head -n1 || true)
+            [ -n "$config" ] && break 2
+        done
+    done
+    if [ -z "$config" ]; then
+        echo "screenshots.sh: no configuration window at $dpi DPI ($language)" >&2
+        kill "$pid" 2>/dev/null || true
+        return 1
+    fi
+    for page in basic compile script frontend filter; do
+        sleep 1  # let the page finish painting
+        import -window root "$work/root.png"
+        convert "$work/root.png" -crop "$(geometry_of "$config")" +repage \
+            "$out/config-$page-$dpi.png"
+        echo "${out#"$root"/}/config-$page-$dpi.png"
+        xdotool key ctrl+Tab
+    done
+    kill "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
+}
+
+mkdir -p "$docs" "$build/shots-ja"
 for dpi in 96 144; do
     dir="$build/shots-$dpi"
     "$harness/start.sh" "$dir" >/dev/null
@@ -102,6 +224,8 @@ for dpi in 96 144; do
         wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD \
             /d "$dpi" /f >/dev/null 2>&1
         for mode in 0 1 2; do shoot "$dpi" "$mode"; done
+        shoot_config "$dpi" English "$docs"
+        shoot_config "$dpi" Japanese "$build/shots-ja"
     )
     "$harness/stop.sh" "$dir" >/dev/null
 done

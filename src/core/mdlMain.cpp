@@ -19,6 +19,7 @@
 #include "run/play.h"
 #include "settings/ini_win.h"
 #include "settings/lists_win.h"
+#include "ui/config/frmConfig.h"
 #include "ui/main/frmZorvi.h"
 #include "ui/result/frmResult.h"
 
@@ -93,6 +94,7 @@ void RunWindowMode(const CommandLine& args) {
         window.reset();
         return;
     }
+    window->SetConfigCommand([](int page) { ShowConfigWindow(MainWindow().get(), page); });
     window->Start(args.file);
     // "-play" in window mode plays with the active configuration.
     if (args.play) CMD_DoPlay({}, window->Handle());
@@ -109,6 +111,7 @@ void SetLanguageOffset(int offset) { State().languageOffset = offset; }
 void SetInteractiveMode(bool interactive) { State().interactiveMode = interactive; }
 bool InteractiveMode() { return State().interactiveMode; }
 bool UseAltPopUp() { return State().useAltPopUp; }
+void SetUseAltPopUp(bool on) { State().useAltPopUp = on; }
 const std::string& TargetFile() { return State().targetFile; }
 void SetTargetFile(std::string path) { State().targetFile = std::move(path); }
 bool ShuttingDown() { return State().shuttingDown; }
@@ -149,9 +152,13 @@ int RunMessageLoop(int exitCode) {
     if (OpenWindows() <= 0) return exitCode;
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        // The configuration window's Tab, access keys, Enter and Esc.
+        if (PreTranslateConfigMessage(message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
+    // The secondary windows go before the main window they report to.
+    ReleaseConfigWindow();
     MainWindow().reset();
     return exitCode;
 }

@@ -14,6 +14,7 @@ const std::string& MainSettingsPath();  // program folder + title + ".ini", fixe
 int LanguageOffset();                   // 0 English, 1000 Japanese
 bool InteractiveMode();                 // true while the main window runs
 bool UseAltPopUp();
+void SetUseAltPopUp(bool on);  // the configuration window, after a save
 const std::string& TargetFile();
 void SetTargetFile(std::string path);
 bool ShuttingDown();

@@ -181,4 +181,19 @@ inline constexpr int kAlreadyStartedCommandMode = 505;
 // Appended to the missing preset's file name, with its leading blank.
 inline constexpr int kConfigNotFoundUseDefault  = 506;
 
+// Configuration window: refusals and the language choices
+// "{0} must be a whole number from {1} to {2}."
+inline constexpr int kNumberOutOfRange      = 601;
+// "{0}" is a configuration name that cannot be a file name.
+inline constexpr int kBadConfigurationName  = 602;
+// Shortcut {0} leads to {1}, which does not exist.
+inline constexpr int kShortcutTargetMissing = 603;
+// {0} (a field) has {1} lines; at most {2} are kept.
+inline constexpr int kTooManyLines          = 604;
+// The two language choices, each in its own language.
+inline constexpr int kLanguageEnglish       = 605;
+inline constexpr int kLanguageJapanese      = 606;
+// {0} (a file) cannot be written.
+inline constexpr int kCannotWriteFile       = 607;
+
 }  // namespace zorvi::ids

@@ -60,6 +60,12 @@ bool ExternalPrograms::Start(std::size_t index, HWND owner) {
                   entry.lastLaunch);
 }
 
+bool ExternalPrograms::StartRecord(const settings::ExternalProgramRecord& record, HWND owner) {
+    std::optional<std::size_t> unused;
+    return Launch(Expand(record.command), Expand(record.option), Expand(record.startUpFolder),
+                  record.windowState, owner, unused);
+}
+
 bool ExternalPrograms::StartTyped(const std::string& text, HWND owner) {
     if (text.empty()) return false;
     std::optional<std::size_t> unused;

@@ -29,6 +29,9 @@ public:
     // Text typed into the list instead of a choice: run as a command from
     // the program's folder.
     bool StartTyped(const std::string& text, HWND owner);
+    // A record that is not (yet) in the list, started as Start would, to
+    // try it out: the configuration window's Execute.
+    static bool StartRecord(const settings::ExternalProgramRecord& record, HWND owner);
     // Every record with AutoRun on, once, at the main window's creation.
     void StartAutoRun(HWND owner);
     // Ends the last started instance of every record with AutoShutDown on.
@@ -43,8 +46,9 @@ private:
         settings::ExternalProgramRecord record;
         std::optional<std::size_t> lastLaunch;
     };
-    bool Launch(const std::string& command, const std::string& option, const std::string& folder,
-                int windowState, HWND owner, std::optional<std::size_t>& launch);
+    static bool Launch(const std::string& command, const std::string& option,
+                       const std::string& folder, int windowState, HWND owner,
+                       std::optional<std::size_t>& launch);
 
     std::vector<Entry> entries_;
 };

@@ -115,7 +115,8 @@ ConfigurationValues LoadConfigurationValues(const std::string& name, const std::
 
 ConfigurationSaveResult SaveConfiguration(const ConfigurationValues& values,
                                           const std::string& appFolder,
-                                          const std::string& mainFile) {
+                                          const std::string& mainFile,
+                                          const SaveProgress& progress) {
     const StoredVisibleSettings stored{
         .alwaysTop = ReadIniInt(main_file::kAlwaysTop, mainFile),
         .iconSize = ReadIniInt(main_file::kIconSize, mainFile),
@@ -161,6 +162,7 @@ ConfigurationSaveResult SaveConfiguration(const ConfigurationValues& values,
             case VisibleChange::Language: result.languageChanged = true; break;
             case VisibleChange::None: break;
         }
+        if (progress) progress();
     }
     result.status = Status::Saved;
     return result;

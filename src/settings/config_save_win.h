@@ -2,6 +2,7 @@
 // then every key in its order, against the real files.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "settings/config_save.h"
@@ -42,11 +43,16 @@ struct ConfigurationSaveResult {
     std::string required;
 };
 
+// Called after every key written: a save of hundreds of records takes
+// seconds, and the caller keeps its windows painted meanwhile.
+using SaveProgress = std::function<void()>;
+
 // Saves the values as the configuration values.name. A failure leaves the
 // keys written before it in place and nothing is rolled back. Only the main
 // settings file, cfg\<name>.ini and its backup cfg\<name>.txt are touched.
 ConfigurationSaveResult SaveConfiguration(const ConfigurationValues& values,
                                           const std::string& appFolder,
-                                          const std::string& mainFile);
+                                          const std::string& mainFile,
+                                          const SaveProgress& progress = {});
 
 }  // namespace zorvi::settings

@@ -96,7 +96,7 @@ std::vector<IniWrite> ExternalProgramWrites(const std::vector<ExternalProgramRec
     namespace ep = main_file::external_program;
     const CountedList& list = main_file::kExternalPrograms;
     std::vector<IniWrite> writes;
-    writes.reserve(records.size() * 6 + 1);
+    writes.reserve(records.size() * 7 + 1);
     writes.push_back({list.section, list.countKey, std::to_string(records.size())});
     for (std::size_t index = 0; index < records.size(); ++index) {
         const auto& record = records[index];
@@ -109,6 +109,8 @@ std::vector<IniWrite> ExternalProgramWrites(const std::vector<ExternalProgramRec
         writes.push_back({list.section, NumberedKey(ep::kAutoRun.name, i), Flag(record.autoRun)});
         writes.push_back({list.section, NumberedKey(ep::kWindowState.name, i),
                           std::to_string(record.windowState)});
+        writes.push_back(
+            {list.section, NumberedKey(ep::kAutoShutDown.name, i), Flag(record.autoShutDown)});
     }
     return writes;
 }

@@ -49,8 +49,7 @@ std::string NormaliseTextBlock(std::string_view text);
 // empty, so that the reader's count does not drop the last line typed.
 std::string TextBlockForSaving(std::string_view text);
 
-// One launcher entry of ExternalProgram. The configuration window keeps
-// autoShutDown for showing only: no writer puts it back.
+// One launcher entry of ExternalProgram.
 struct ExternalProgramRecord {
     std::string item;
     std::string command;
@@ -73,7 +72,9 @@ struct FilterRecord {
 };
 
 // ItemCount, then per record Item, Command, Option, StartUpFolder, AutoRun,
-// WindowState. AutoShutDown<i> is never written, so a hand-set value survives.
+// WindowState, AutoShutDown. The shut-down flag travels with its record, so
+// moving or deleting records in the configuration window keeps it with its
+// program.
 std::vector<IniWrite> ExternalProgramWrites(const std::vector<ExternalProgramRecord>& records);
 // ItemCount, then per record Item, Extension, Default.
 std::vector<IniWrite> FilterWrites(const std::vector<FilterRecord>& records);

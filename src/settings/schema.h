@@ -88,7 +88,7 @@ inline constexpr TextKey kOption{"ExternalProgram", "Option", ""};
 inline constexpr TextKey kStartUpFolder{"ExternalProgram", "StartUpFolder", ""};
 inline constexpr IntKey kWindowState{"ExternalProgram", "WindowState", 1};
 inline constexpr IntKey kAutoRun{"ExternalProgram", "AutoRun", 0, FlagTest::NonZero};
-// Read, never written by the program: only a hand edit sets it.
+// End this program when Zorvi ends; saved with its record.
 inline constexpr IntKey kAutoShutDown{"ExternalProgram", "AutoShutDown", 0, FlagTest::NonZero};
 }  // namespace external_program
 

@@ -92,6 +92,7 @@ public:
     void ViewChange_DefinedScript();  // mnuScript, button 4's menu and panels 1 and 3
     void ChangeTimerIntarval(int interval);
     void ChangeLangZorvi();
+    void ApplyAlwaysOnTop();  // Option/AlwaysTop as it is stored
 
     // The view of one command: its toolbar button and popup-menu entries.
     void ViewChange_FileOpen(bool enabled);
@@ -215,7 +216,6 @@ private:
     void OnTaskbarCreated();
     static UINT TaskbarCreatedMessage();
     bool IsComboPart(HWND window) const;
-    void ApplyAlwaysOnTop();
     void RunCompile();
     void OnTimerTick();
     void UpdateFolderWatch();

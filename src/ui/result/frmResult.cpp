@@ -164,6 +164,8 @@ void frmResult::ShowResult(int mode, const std::string& logPath) {
             exists ? ReadLogText(log, mode) : MissingLogText(mode, CurrentTexts());
         if (text) {
             SetWindowTextW(txtText_, text->c_str());
+            captionLog_ = log;
+            captionNamed_ = named;
             SetWindowTextW(Handle(), Caption(log, named).c_str());
         } else if (!showUnread) {
             return;
@@ -173,6 +175,10 @@ void frmResult::ShowResult(int mode, const std::string& logPath) {
     }
     SetForegroundWindow(Handle());
     ShowWindow(Handle(), SW_RESTORE);
+}
+
+void frmResult::ChangeLangResult() {
+    if (Handle() != nullptr) SetWindowTextW(Handle(), Caption(captionLog_, captionNamed_).c_str());
 }
 
 void frmResult::HideResult() {
@@ -305,6 +311,8 @@ frmResult& ResultWindow() {
 }
 
 void ReleaseResultWindow() { ResultWindowObject().Unload(); }
+
+void RelabelResultWindow() { ResultWindowObject().ChangeLangResult(); }
 
 void SetBeforeLogReadForTesting(std::function<void(const std::string& log)> hook) {
     BeforeLogRead() = std::move(hook);

@@ -34,6 +34,9 @@ public:
     // hides, unless the program is shutting down.
     void Unload();
 
+    // The caption again, in the current language.
+    void ChangeLangResult();
+
     HWND TextBox() const { return txtText_; }
 
 private:
@@ -47,6 +50,8 @@ private:
 
     UniqueFont font_;
     HWND txtText_ = nullptr;
+    std::string captionLog_;  // the log the caption names, if it names one
+    bool captionNamed_ = false;
 };
 
 // The process-wide result window, created on first use.
@@ -54,6 +59,8 @@ frmResult& ResultWindow();
 // The main window's shut-down: unloads the result window if there is one
 // (with the shutting-down flag set, that saves its place and destroys it).
 void ReleaseResultWindow();
+// After a change of language: the result window's caption, if it exists.
+void RelabelResultWindow();
 
 // Serves messages while the result window is shown, for the command-line runs
 // that have no main window; returns once it is closed or hidden.
