@@ -105,7 +105,7 @@ TEST(ConfigSave, NamesAndEveryKeyInItsOrder) {
     const ConfigurationSavePlan plan = PlanConfigurationSave(values, StoredVisibleSettings{});
     EXPECT_EQ(plan.name, "fa_st");
     EXPECT_EQ(plan.script, "$pr$\r\necho\r\n");
-    // AutoShutDown<i> of the launcher list is never written.
+    // AutoShutDown<i> of a launcher record is saved with the record.
     EXPECT_EQ(Describe(plan.writes),
               "M Setting: Default=fa_st | M Option: AlwaysTop=1 AutoSetFile=1 AutoOpen=0"
               " AutoWatch=1 AutoMinimize=0 TaskTray=1 UseAltPopUp=0 AutoShutDown=1"
@@ -118,7 +118,7 @@ TEST(ConfigSave, NamesAndEveryKeyInItsOrder) {
               " | C Script: Line=2 Line1=$pr$ Line2=echo Line3= | C Required: ItemCount=0 Item1="
               " | M Option: TimerInterval=500 IconSize=24 | M Setting: Language=Japanese"
               " | M ExternalProgram: ItemCount=1 Item1=Tool Command1=t.exe Option1=-x"
-              " StartUpFolder1=C:\\w AutoRun1=1 WindowState1=3 | M Filter: ItemCount=2"
+              " StartUpFolder1=C:\\w AutoRun1=1 WindowState1=3 AutoShutDown1=1 | M Filter: ItemCount=2"
               " Item1=MML Extension1=mml Default1=fast Item2=Text Extension2=txt Default2=");
     // Without a name (or one that starts with a NUL) nothing is written.
     ConfigurationValues unnamed;
