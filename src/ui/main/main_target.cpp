@@ -100,6 +100,8 @@ void frmZorvi::SetWatchFile(const std::string& path) {
         storedTimestamp_ = *written;
         SetWindowTextW(Handle(), Caption(target).c_str());
         tmrTimer1.SetEnabled(wasWatching);
+        // Watching goes on with the new target: its view names it.
+        if (wasWatching) ViewChange_OnOff(true);
     } else {
         mdlMain::SetTargetFile({});
         SetWindowTextW(Handle(), Caption({}).c_str());

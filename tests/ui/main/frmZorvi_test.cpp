@@ -289,15 +289,16 @@ TEST(MainWindow, StepsOfOneSession) {
         {"turned on, the time is read anew",
          [&] { testing::Touch(fresh), z.window.WatchToggle(), z.Tick(); },
          "compiles=00010; watch=on, fresh.mml [ON]"},
-        {"another target set during a tick's compile ends watching",
+        {"another target set during a tick's compile is watched on",
          [&] {
              testing::Touch(fresh), z.duringCompile = [&] { z.window.SetFile(song); }, z.Tick();
          },
-         "compiles=000100; watch=off, my song.mml [OFF]; target=my song.mml"},
-        {"the target gone: let go of on the next tick",
+         "compiles=000100; watch=on, my song.mml [ON]; target=my song.mml"},
+        {"the target gone: let go of once it stays away, two ticks and 500 ms on",
          [&] {
-             z.duringCompile = nullptr, z.window.WatchToggle();
-             DeleteFileA(song.c_str()), z.Tick();
+             z.duringCompile = nullptr;
+             DeleteFileA(song.c_str());
+             testing::WaitUntil([&] { return z.Tick(), mdlMain::TargetFile().empty(); });
          },
          "watch=off, (No focus) [OFF]; target=; caption=Zorvi; buttons=110110"},
         // Layouts: double-clicks and Ctrl+F2..F12 step them; the list's text follows.
