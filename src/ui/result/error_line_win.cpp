@@ -17,8 +17,16 @@
 namespace zorvi {
 namespace {
 
-std::wstring CaretLine(HWND textBox) {
-    const auto line = SendMessageW(textBox, EM_LINEFROMCHAR, static_cast<WPARAM>(-1), 0);
+// The line under the pointer for a double click (a click at the very start
+// of a line may leave the selection on the line before), else the caret's.
+LRESULT LineAsked(HWND textBox, UINT message, LPARAM lParam) {
+    if (message == WM_LBUTTONDBLCLK) {
+        return HIWORD(SendMessageW(textBox, EM_CHARFROMPOS, 0, lParam));
+    }
+    return SendMessageW(textBox, EM_LINEFROMCHAR, static_cast<WPARAM>(-1), 0);
+}
+
+std::wstring LineText(HWND textBox, LRESULT line) {
     const auto start = SendMessageW(textBox, EM_LINEINDEX, static_cast<WPARAM>(line), 0);
     if (start < 0) return {};
     const auto length = SendMessageW(textBox, EM_LINELENGTH, static_cast<WPARAM>(start), 0);
@@ -51,7 +59,8 @@ LRESULT OpenErrorLine(HWND textBox, UINT message, WPARAM wParam, LPARAM lParam) 
     try {
         const std::string target = mdlMain::TargetFile();
         if (target.empty()) return result;
-        if (const auto line = LineOfTarget(Narrow(CaretLine(textBox)), target)) {
+        const std::wstring text = LineText(textBox, LineAsked(textBox, message, lParam));
+        if (const auto line = LineOfTarget(Narrow(text), target)) {
             OpenEditorAtLine(GetParent(textBox), *line);
         }
     } catch (...) {

@@ -10,9 +10,9 @@ namespace zorvi {
 bool IsOpenLineRequest(UINT message, WPARAM wParam);
 
 // Answers such a message: a double click is first left to the box, which
-// puts the caret on the clicked line; then, when the caret's line names a
-// line of the target file (by its long or its short name), the target is
-// opened in the editor there. Enter is swallowed, so the read-only box does
+// selects the clicked word; then, when the clicked line (for Enter the
+// caret's) names a line of the target file (by its long or its short name),
+// the target is opened in the editor there. Enter is swallowed, so the read-only box does
 // not complain about it. Returns what the box returns.
 LRESULT OpenErrorLine(HWND textBox, UINT message, WPARAM wParam, LPARAM lParam);
 
