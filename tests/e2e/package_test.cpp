@@ -8,45 +8,21 @@
 #include <filesystem>
 #include <string>
 
+#include "core/version.h"
 #include "support/driver.h"
 
 namespace zorvi::testing {
 namespace {
 
-struct ClassSearch {
-    DWORD processId;
-    const wchar_t* windowClass;
-    HWND found = nullptr;
-};
-
-// The visible window of the process with that class, whatever its caption.
-HWND WaitForClass(const Running& zorvi, const wchar_t* windowClass) {
-    ClassSearch search{zorvi.Id(), windowClass};
-    WaitUntil([&] {
-        EnumWindows(
-            [](HWND window, LPARAM param) -> BOOL {
-                auto* s = reinterpret_cast<ClassSearch*>(param);
-                DWORD owner = 0;
-                GetWindowThreadProcessId(window, &owner);
-                wchar_t name[64] = {};
-                GetClassNameW(window, name, 64);
-                if (owner != s->processId || std::wstring(name) != s->windowClass ||
-                    !IsWindowVisible(window)) {
-                    return TRUE;
-                }
-                s->found = window;
-                return FALSE;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        return search.found != nullptr;
-    });
-    return search.found;
+// The main window, captioned with the target's name.
+HWND WaitForMain(Running& zorvi, const std::string& song) {
+    return zorvi.WaitForWindow("ZorviMain", song + " - Zorvi v" + VersionText(ThisVersion()));
 }
 
 // The log window's text box once its text holds part.
-HWND WaitForLogHolding(const Running& zorvi, const std::wstring& part) {
-    const HWND log = WaitForClass(zorvi, L"ZorviResult");
-    const HWND box = log != nullptr ? FindWindowExW(log, nullptr, L"Edit", nullptr) : nullptr;
+HWND WaitForLogHolding(Running& zorvi, const std::string& log, const std::wstring& part) {
+    const HWND window = zorvi.WaitForWindow("ZorviResult", "Zorvi - Log Window - " + log);
+    const HWND box = window != nullptr ? FindWindowExW(window, nullptr, L"Edit", nullptr) : nullptr;
     const bool holds = box != nullptr && WaitUntil([&] {
         return WindowText(box).find(part) != std::wstring::npos;
     });
@@ -83,13 +59,15 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
     {
         // No Zorvi.ini: the example configuration is the active one.
         Running zorvi(installation, "\"" + examples + "clean.mml\"");
-        PostMessageW(WaitForClass(zorvi, L"ZorviMain"), WM_KEYDOWN, VK_F5, 0);
+        const HWND main = WaitForMain(zorvi, "clean.mml");
+        ASSERT_NE(main, nullptr);
+        PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
         ASSERT_TRUE(WaitUntil([&] {
             return installation.Files().Read("examples\\clean.log").find("mmlc: wrote") !=
                    std::string::npos;
         }));
-        PostMessageW(WaitForClass(zorvi, L"ZorviMain"), WM_KEYDOWN, VK_F7, 0);
-        const HWND box = WaitForLogHolding(zorvi, L"clean.mid (");
+        PostMessageW(main, WM_KEYDOWN, VK_F7, 0);
+        const HWND box = WaitForLogHolding(zorvi, "clean.log", L"clean.mid (");
         ASSERT_NE(box, nullptr);
         EXPECT_EQ(WindowText(box).find(L"Detect compiling error."), std::wstring::npos);
         EXPECT_EQ(installation.Files().Read("examples\\clean.mid").substr(0, 4), "MThd");
@@ -106,15 +84,17 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
                                settings.c_str());
 
     Running zorvi(installation, "\"" + examples + "broken.mml\"");
-    PostMessageW(WaitForClass(zorvi, L"ZorviMain"), WM_KEYDOWN, VK_F5, 0);
+    PostMessageW(WaitForMain(zorvi, "broken.mml"), WM_KEYDOWN, VK_F5, 0);
     // A failed compile opens the log by itself, verdict first.
-    const HWND box = WaitForLogHolding(zorvi, L"broken.mml(9,23): error:");
+    const HWND box = WaitForLogHolding(zorvi, "broken.log", L"broken.mml(9,23): error:");
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(WindowText(box).rfind(L"Zorvi:Detect compiling error.\r\n", 0), 0u);
 
     DoubleClickLineOf(box, L"broken.mml(9,23)");
     const std::string record = "tools\\zplayer.log";
-    ASSERT_TRUE(WaitUntil([&] { return !installation.Files().Read(record).empty(); }));
+    ASSERT_TRUE(WaitUntil([&] {
+        return installation.Files().Read(record).find("\r\narg2=") != std::string::npos;
+    }));
     const auto lines = KeyValueLines(installation.Files().Read(record));
     ASSERT_GE(lines.size(), 4u);
     EXPECT_EQ(lines[2].first + "=" + lines[2].second, "arg1=-n9");
