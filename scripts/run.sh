@@ -1,5 +1,9 @@
 #!/usr/bin/env bash
 # Builds zorvi.exe and starts it under Wine, passing the arguments through.
+# Without arguments it builds the release zip instead and starts Zorvi from an
+# unpacked copy of it (build/windows/run-package, refreshed when the zip is
+# newer; your Zorvi.ini there is kept), with the example song clean.mml as
+# its target: press F5 to compile it.
 # Arguments that name existing Linux files become Windows paths, so
 #   scripts/run.sh -compilenow ~/music/song.mml   works as typed.
 # Every other argument reaches Zorvi's command line exactly as given, quotes
@@ -10,7 +14,23 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 bash "$root/scripts/deps.sh"
 cmake --preset windows -S "$root" >/dev/null
-cmake --build --preset windows --target zorvi -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
+build="$root/build/windows"
+program="$build/zorvi.exe"
+if [ $# -eq 0 ]; then
+    cmake --build --preset windows --target package -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
+    zip=$(ls -t "$build"/Zorvi-*.zip | head -n1)
+    staged="$build/run-package"
+    if [ ! -f "$staged/.unpacked" ] || [ "$zip" -nt "$staged/.unpacked" ]; then
+        echo "Unpacking $(basename "$zip") into $staged"
+        mkdir -p "$staged"
+        (cd "$staged" && cmake -E tar xf "$zip")
+        touch "$staged/.unpacked"
+    fi
+    program="$staged/zorvi.exe"
+    set -- "$staged/examples/clean.mml"
+else
+    cmake --build --preset windows --target zorvi -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
+fi
 
 # Never the user's own prefix: the settings below are made for Zorvi's runs.
 export WINEPREFIX="$root/build/windows/run-prefix"
@@ -40,7 +60,7 @@ fi
 
 # Wine would re-quote each argument on its own; a one-line batch file hands
 # Zorvi the command line as typed instead.
-line="\"$(winepath -w "$root/build/windows/zorvi.exe")\""
+line="\"$(winepath -w "$program")\""
 for arg in "$@"; do
     if [ -e "$arg" ]; then
         arg="\"$(winepath -w "$arg")\""

@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Regenerates the README's pictures of the main window: each of its three
-# layouts at 96 and at 144 DPI, written to docs/main-layout-<n>-<dpi>.png.
+# layouts at 96 and at 144 DPI, written to docs/main-layout-<n>-<dpi>.png,
+# and docs/getting-started.png: the release package as unpacked, after F5 on
+# the example song and F7, with the log window moved below the strip.
 # Runs zorvi.exe under private Wine prefixes and Xvfb displays of its own
 # (build/windows/shots-<dpi>), takes the whole screen with ImageMagick's
 # "import -window root" and crops it to the window.
@@ -12,9 +14,11 @@ build="$root/build/windows"
 docs="$root/docs"
 
 cmake --preset windows -S "$root" >/dev/null
-cmake --build --preset windows --target zorvi -j 2 >/dev/null
+cmake --build --preset windows --target package -j 2 >/dev/null
 
-work=$(mktemp -d)
+# A name that is its own 8.3 form: the compile shows folders in their short
+# form, and the log in the getting-started picture should read plainly.
+work=$(mktemp -d /tmp/zshotXXX)
 started=()
 cleanup() {
     for dir in "${started[@]}"; do "$harness/stop.sh" "$dir" >/dev/null 2>&1 || true; done
@@ -209,6 +213,49 @@ shoot_config() {
         echo "${out#"$root"/}/config-$page-$dpi.png"
         xdotool key ctrl+Tab
     done
+# Waits up to 15 s for a window whose name matches $1; prints its id.
+find_window() {
+    local window=""
+        window=$(xdotool search --name "$1" 2>/dev/null | head -n1 || true)
+        [ -n "$window" ] && break
+    echo "$window"
+# x y right bottom of a window on the screen.
+window_box() {
+        /Width:/{w=$2} /Height:/{h=$2} END{print x, y, x + w, y + h}'
+# The staged release (build/windows/package) in an empty folder, as a
+# newcomer starts it: no settings, the example song as the target.
+shoot_package() {
+    local dir="$work/Zorvi"
+    rm -rf "$dir"
+    cp -r "$build/package" "$dir"
+    (cd "$dir" && exec wine zorvi.exe "$(winepath -w "$dir/examples/clean.mml")") \
+        >"$work/wine-package.log" 2>&1 &
+    local main log
+    main=$(find_window "^clean.mml - Zorvi")
+        echo "screenshots.sh: the package's main window did not show" >&2
+    sleep 1  # Wine takes keys only once the window is up and focused
+    xdotool mousemove 150 60 click 1
+    sleep 0.5
+    xdotool key F5
+        grep -q "mmlc: wrote" "$dir/examples/clean.log" 2>/dev/null && break
+    sleep 1  # the compile's end: the log file is written before Zorvi judges it
+    xdotool key F7
+    log=$(find_window "Log Window - clean.log")
+    if [ -z "$log" ]; then
+        echo "screenshots.sh: no log window after F5 and F7" >&2
+    # The log window opens where the strip is: Ctrl+Down (512 twips) and
+    # Ctrl+Alt+Down (32 twips) move it just below.
+    for key in ctrl+Down ctrl+Down ctrl+alt+Down ctrl+alt+Down ctrl+alt+Down ctrl+alt+Down; do
+        xdotool key "$key"
+        sleep 0.2
+    sleep 1
+    local box
+    box=$( (window_box "$main"; window_box "$log") | awk 'NR==1{x=$1; y=$2; r=$3; b=$4}
+        {if ($1<x) x=$1; if ($2<y) y=$2; if ($3>r) r=$3; if ($4>b) b=$4}
+        END{printf "%dx%d+%d+%d", r - x, b - y, x, y}')
+    import -window root "$work/root.png"
+    convert "$work/root.png" -crop "$box" +repage "$docs/getting-started.png"
+    echo "docs/getting-started.png ($box)"
     kill "$pid" 2>/dev/null || true
     wait "$pid" 2>/dev/null || true
 }
@@ -226,6 +273,7 @@ for dpi in 96 144; do
         for mode in 0 1 2; do shoot "$dpi" "$mode"; done
         shoot_config "$dpi" English "$docs"
         shoot_config "$dpi" Japanese "$build/shots-ja"
+        if [ "$dpi" = 96 ]; then shoot_package; fi
     )
     "$harness/stop.sh" "$dir" >/dev/null
 done

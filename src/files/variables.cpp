@@ -176,6 +176,14 @@ std::string EscapeForBatch(std::string_view value, bool insideQuotes) {
     return escaped;
 }
 
+std::string ExpandLineVariable(std::string_view text, int line) {
+    std::string result(text);
+    // Replaced before the other tokens, so that a folder that happens to be
+    // called "$line$" in an expanded path stays as it is.
+    ReplaceAll(result, "$line$", [line] { return std::to_string(line); });
+    return result;
+}
+
 std::string ExpandSystemVariablesWith(std::string_view text, const SystemFacts& facts) {
     return SystemVariables(facts).Expand(text);
 }

@@ -33,6 +33,10 @@ std::string ExpandSystemVariablesWith(std::string_view text, const SystemFacts& 
 std::string ExpandVariablesWith(std::string_view text, bool shortFolders, bool shortNames,
                                 const VariableFacts& facts, bool forBatch = false);
 
+// "$line$" (any case) replaced by the line number, everything else left for
+// ExpandVariables: the editor's arguments for opening the target at a line.
+std::string ExpandLineVariable(std::string_view text, int line);
+
 // A value as the command interpreter must read it in a batch file: "%"
 // doubled everywhere; outside double quotes "^" before each of & | < > ^ ( ) !.
 std::string EscapeForBatch(std::string_view value, bool insideQuotes);

@@ -47,7 +47,8 @@ clsExecute::~clsExecute() { aborted_ = true; }
 
 bool clsExecute::RunProgram(const std::string& program, const std::string& parameters,
                             const std::string& directory, UniqueHandle& process,
-                            DWORD& exitCode, int showCommand, HWND ownerWindow, bool wait) {
+                            DWORD& exitCode, int showCommand, HWND ownerWindow, bool wait,
+                            ParameterText text) {
     startError_ = ERROR_SUCCESS;
     process.reset();
     // An empty name names nothing: neither the shell nor the plain start is asked.
@@ -57,7 +58,7 @@ bool clsExecute::RunProgram(const std::string& program, const std::string& param
     }
     std::string quoted;
     try {
-        quoted = QuoteParameters(parameters);
+        quoted = text == ParameterText::AsWritten ? parameters : QuoteParameters(parameters);
     } catch (...) {
         startError_ = ERROR_NOT_ENOUGH_MEMORY;
         return false;
@@ -199,11 +200,11 @@ void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
 
 bool LaunchAndRecord(bool record, const std::string& program, const std::string& parameters,
                      const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                     DWORD& exitCode, DWORD* startError) {
+                     DWORD& exitCode, DWORD* startError, ParameterText text) {
     clsExecute runner;
     UniqueHandle process;
     const bool started = runner.RunProgram(program, parameters, directory, process, exitCode,
-                                           showCommand, ownerWindow, wait);
+                                           showCommand, ownerWindow, wait, text);
     if (startError != nullptr) *startError = runner.StartError();
     if (!started) return false;
     if (record) {
@@ -218,9 +219,9 @@ bool LaunchAndRecord(bool record, const std::string& program, const std::string&
 
 bool ExecuteProgram(const std::string& program, const std::string& parameters,
                     const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                    DWORD& exitCode, DWORD* startError) {
+                    DWORD& exitCode, DWORD* startError, ParameterText text) {
     return LaunchAndRecord(mdlMain::InteractiveMode(), program, parameters, directory,
-                           showCommand, ownerWindow, wait, exitCode, startError);
+                           showCommand, ownerWindow, wait, exitCode, startError, text);
 }
 
 const std::vector<LaunchedProgram>& LaunchedPrograms() { return Launched(); }

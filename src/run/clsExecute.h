@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/handles_win.h"
+#include "run/window_state.h"
 
 namespace zorvi {
 
@@ -29,7 +30,8 @@ public:
     // waiting.
     bool RunProgram(const std::string& program, const std::string& parameters,
                     const std::string& directory, UniqueHandle& process, DWORD& exitCode,
-                    int showCommand, HWND ownerWindow, bool wait);
+                    int showCommand, HWND ownerWindow, bool wait,
+                    ParameterText text = ParameterText::OneArgument);
     // Starts a console program by its whole command line in a console of its
     // own, shown with showCommand, or with no console window at all; inside
     // job when one is given (its children follow it there), and waits for it
@@ -72,11 +74,13 @@ struct LaunchedProgram {
 // startError, when given, receives the runner's StartError().
 bool ExecuteProgram(const std::string& program, const std::string& parameters,
                     const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                    DWORD& exitCode, DWORD* startError = nullptr);
+                    DWORD& exitCode, DWORD* startError = nullptr,
+                    ParameterText text = ParameterText::OneArgument);
 // ExecuteProgram with the recording decided by the caller.
 bool LaunchAndRecord(bool record, const std::string& program, const std::string& parameters,
                      const std::string& directory, int showCommand, HWND ownerWindow, bool wait,
-                     DWORD& exitCode, DWORD* startError = nullptr);
+                     DWORD& exitCode, DWORD* startError = nullptr,
+                     ParameterText text = ParameterText::OneArgument);
 
 const std::vector<LaunchedProgram>& LaunchedPrograms();  // element 0 is an unused placeholder
 // Ends the program and lets its handle go; an entry without a handle is left alone.

@@ -3,6 +3,7 @@
 #include "run/play.h"
 
 #include <new>
+#include <optional>
 
 #include "core/mdlMain.h"
 #include "core/messages_win.h"
@@ -10,6 +11,7 @@
 #include "core/wide_win.h"
 #include "files/path_text.h"
 #include "files/path_win.h"
+#include "files/variables.h"
 #include "files/variables_win.h"
 #include "res/string_ids.h"
 #include "run/clsExecute.h"
@@ -66,24 +68,53 @@ void CMD_DoPlay(const std::string& configurationPath, HWND owner, const std::str
     }
 }
 
+namespace {
+
+// The target in the editor: the associated program, or Setting/Editor with
+// the target as its one argument, or, for a line and with
+// Setting/EditorLineArgs, with those arguments as written. The associated
+// program cannot be told a line: it gets the file as always.
+void OpenInEditor(HWND owner, std::optional<int> line) {
+    const std::string& settingsFile = mdlMain::MainSettingsPath();
+    const int showCommand =
+        ShowCommandForWindowState(ReadIniInt(main_file::kEditorWindowState, settingsFile));
+    const std::string target = mdlMain::TargetFile();
+    const std::string folder = mdlFile::GetAppFolder();
+    DWORD exitCode = 0;
+    if (ReadIniFlag(main_file::kUseAssociatedEditor, settingsFile)) {
+        ExecuteProgram(target, "", folder, showCommand, owner, false, exitCode);
+        return;
+    }
+    const std::string editor =
+        mdlFile::ExpandVariables(ReadIni(main_file::kEditor, settingsFile), false, false, "");
+    const std::string lineArguments = ReadIni(main_file::kEditorLineArgs, settingsFile);
+    if (line && !lineArguments.empty()) {
+        const std::string arguments = mdlFile::ExpandVariables(
+            mdlFile::ExpandLineVariable(lineArguments, *line), false, false, "");
+        ExecuteProgram(editor, arguments, folder, showCommand, owner, false, exitCode, nullptr,
+                       ParameterText::AsWritten);
+        return;
+    }
+    ExecuteProgram(editor, target, folder, showCommand, owner, false, exitCode);
+}
+
+}  // namespace
+
 void StartEditor(HWND owner) {
     try {
-        const std::string& settingsFile = mdlMain::MainSettingsPath();
-        if (!ReadIniFlag(main_file::kAutoOpen, settingsFile)) return;
-        const int showCommand =
-            ShowCommandForWindowState(ReadIniInt(main_file::kEditorWindowState, settingsFile));
-        const std::string target = mdlMain::TargetFile();
-        const std::string folder = mdlFile::GetAppFolder();
-        DWORD exitCode = 0;
-        if (ReadIniFlag(main_file::kUseAssociatedEditor, settingsFile)) {
-            ExecuteProgram(target, "", folder, showCommand, owner, false, exitCode);
-        } else {
-            const std::string editor =
-                mdlFile::ExpandVariables(ReadIni(main_file::kEditor, settingsFile), false, false, "");
-            ExecuteProgram(editor, target, folder, showCommand, owner, false, exitCode);
-        }
+        if (!ReadIniFlag(main_file::kAutoOpen, mdlMain::MainSettingsPath())) return;
+        OpenInEditor(owner, std::nullopt);
     } catch (...) {
         // Opening the editor is a convenience: a failure stays silent.
+    }
+}
+
+void OpenEditorAtLine(HWND owner, int line) {
+    try {
+        if (mdlMain::TargetFile().empty()) return;
+        OpenInEditor(owner, line);
+    } catch (...) {
+        // As StartEditor: the log stays where it was, without a word.
     }
 }
 

@@ -17,4 +17,10 @@ void CMD_DoPlay(const std::string& configurationPath, HWND owner,
 // program or Setting/Editor, started in the program's folder.
 void StartEditor(HWND owner);
 
+// Opens the target in the editor at a line, whatever AutoOpen says: the user
+// asked for it from the log. With Setting/EditorLineArgs the editor gets
+// those arguments ("$line$" the line, then the other tokens); without them,
+// or with the associated program, it opens the target as StartEditor does.
+void OpenEditorAtLine(HWND owner, int line);
+
 }  // namespace zorvi

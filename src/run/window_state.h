@@ -14,4 +14,9 @@ int ShowCommandForWindowState(int windowState);
 // quotes when it contains a blank, unchanged otherwise.
 std::string QuoteParameters(const std::string& parameters);
 
+// How a launch hands its parameter text over: as one argument (QuoteParameters,
+// for a path), or as it stands, for a command line the user wrote with quotes
+// of their own (the editor's line arguments).
+enum class ParameterText { OneArgument, AsWritten };
+
 }  // namespace zorvi

@@ -52,9 +52,14 @@ bool ReadIniFlag(const settings::IntKey& key, const std::string& file) {
 }
 
 std::string GetDefaultPreset(PresetForm form) {
-    const std::string name = ReadIni(settings::main_file::kDefault, mdlMain::MainSettingsPath());
+    const std::string appFolder = mdlFile::GetAppFolder();
+    const std::string name = ActivePresetName(
+        ReadIni(settings::main_file::kDefault, mdlMain::MainSettingsPath()),
+        [&appFolder](const std::string& preset) {
+            return mdlFile::FileExists(PresetPath(appFolder, preset));
+        });
     if (form == PresetForm::Name) return name;
-    return PresetPath(mdlFile::GetAppFolder(), name);
+    return PresetPath(appFolder, name);
 }
 
 }  // namespace zorvi

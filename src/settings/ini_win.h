@@ -25,8 +25,9 @@ bool ReadIniFlag(const settings::IntKey& key, const std::string& file);
 
 enum class PresetForm { Path, Name };
 
-// The active configuration: program folder + "cfg\" + Setting/Default + ".ini",
-// or only the name (for the status bar).
+// The active configuration (Setting/Default, or the example configuration
+// when that names none): program folder + "cfg\" + name + ".ini", or only
+// the name (for the status bar).
 std::string GetDefaultPreset(PresetForm form = PresetForm::Path);
 
 }  // namespace zorvi

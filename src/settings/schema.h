@@ -42,6 +42,9 @@ namespace main_file {
 inline constexpr TextKey kDefault{"Setting", "Default", ""};
 inline constexpr TextKey kLanguage{"Setting", "Language", "English"};
 inline constexpr TextKey kEditor{"Setting", "Editor", ""};
+// The editor's arguments for opening the target at a line ("$line$" and the
+// usual tokens), as they stand on its command line; empty: the target alone.
+inline constexpr TextKey kEditorLineArgs{"Setting", "EditorLineArgs", ""};
 
 // The launcher window, in twips.
 inline constexpr IntKey kMainLeft{"Main", "Left", 0};

@@ -51,7 +51,7 @@ HMENU frmZorvi::BuildHistoryMenu() const {
 HMENU frmZorvi::BuildScriptMenu() const {
     const HMENU menu = CreatePopupMenu();
     if (menu == nullptr) return nullptr;
-    const std::string current = ReadIni(keys::kDefault, MainFile());
+    const std::string current = GetDefaultPreset(PresetForm::Name);
     for (std::size_t i = 0; i < scriptNames_.size(); ++i) {
         const bool checked = AsciiLower(scriptNames_[i]) == AsciiLower(current);
         AppendEntry(menu, checked ? MF_CHECKED : 0, kScriptCommand + i,

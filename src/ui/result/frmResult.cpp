@@ -22,6 +22,7 @@
 #include "ui/main/key_move.h"
 #include "ui/main/mdlHotKey.h"
 #include "ui/main/mdlView.h"
+#include "ui/result/error_line_win.h"
 #include "ui/result/result_text.h"
 
 namespace zorvi {
@@ -230,6 +231,7 @@ bool frmResult::Form_KeyDown(int keyCode, int shiftState) {
 LRESULT CALLBACK frmResult::TextBoxProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR data) noexcept {
     auto* self = reinterpret_cast<frmResult*>(data);
+    if (IsOpenLineRequest(message, wParam)) return OpenErrorLine(hwnd, message, wParam, lParam);
     switch (message) {
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
