@@ -22,6 +22,7 @@
 #include "ui/main/key_move.h"
 #include "ui/main/mdlHotKey.h"
 #include "ui/main/mdlView.h"
+#include "ui/result/log_decode.h"
 #include "ui/result/result_text.h"
 
 namespace zorvi {
@@ -47,8 +48,9 @@ std::wstring Caption(const std::string& log, bool named) {
 }
 
 // The log as long as it was when opened, streamed through the builder so
-// that a huge log costs no more memory than what can be shown. Nullopt when
-// it cannot be opened or read (locked, vanished).
+// that a huge log costs no more memory than what can be shown, and read as
+// UTF-8 or in ResultWindow/LogCodePage. Nullopt when it cannot be opened or
+// read (locked, vanished).
 std::optional<std::wstring> ReadLogText(const std::string& log, int mode) {
     const UniqueHandle file(CreateFileA(log.c_str(), GENERIC_READ,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
@@ -57,8 +59,11 @@ std::optional<std::wstring> ReadLogText(const std::string& log, int mode) {
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file.get(), &size) || size.QuadPart < 0) return std::nullopt;
     const auto length = static_cast<std::uint64_t>(size.QuadPart);
-    ResultTextBuilder builder(mode, CurrentTexts(), length,
-                              [](std::string_view bytes) { return Widen(bytes); });
+    const unsigned codePage =
+        UsableCodePage(ReadIniInt(keys::kLogCodePage, mdlMain::MainSettingsPath()));
+    LogTextBuilder builder(mode, CurrentTexts(), length, [codePage](std::string_view bytes) {
+        return WidenFrom(bytes, codePage);
+    });
     std::string chunk(kReadChunk, '\0');
     std::uint64_t left = length;
     while (left > 0 && builder.WantsMore()) {
