@@ -217,6 +217,7 @@ void frmZorvi::ShowConfig(int page) {
 
 void frmZorvi::AddExternalProgram() {
     launcher_.Load(MainFile());
+    ApplyFonts();
     for (const HWND combo : combo_) {
         SendMessageW(combo, CB_RESETCONTENT, 0, 0);
         for (std::size_t i = 0; i < launcher_.Count(); ++i) {

@@ -24,6 +24,7 @@
 #include "ui/main/mdlView.h"
 #include "ui/result/log_decode.h"
 #include "ui/result/result_text.h"
+#include "ui/text_font_win.h"
 
 namespace zorvi {
 namespace {
@@ -124,14 +125,7 @@ bool frmResult::Create() {
         DestroyWindow(Handle());
         return false;
     }
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    if (SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
-        font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
-    }
-    SendMessageW(txtText_, WM_SETFONT,
-                 reinterpret_cast<WPARAM>(font_ ? font_.get() : GetStockObject(DEFAULT_GUI_FONT)),
-                 FALSE);
+    ApplyFont({});
     SendMessageW(txtText_, EM_SETLIMITTEXT, kResultTextLimit, 0);
     const int margin = MulDiv(kTextMargin, dpi.x, 96);
     SendMessageW(txtText_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN,
@@ -167,8 +161,10 @@ void frmResult::ShowResult(int mode, const std::string& logPath) {
         const std::optional<std::wstring> text =
             exists ? ReadLogText(log, mode) : MissingLogText(mode, CurrentTexts());
         if (text) {
+            ApplyFont(*text);
             SetWindowTextW(txtText_, text->c_str());
-            SetWindowTextW(Handle(), Caption(log, named).c_str());
+            captionLog_ = named ? log : std::string();
+            SetWindowTextW(Handle(), Caption(captionLog_, named).c_str());
         } else if (!showUnread) {
             return;
         }
@@ -177,6 +173,20 @@ void frmResult::ShowResult(int mode, const std::string& logPath) {
     }
     SetForegroundWindow(Handle());
     ShowWindow(Handle(), SW_RESTORE);
+}
+
+void frmResult::ApplyFont(std::wstring_view shown) {
+    UniqueFont font = CreateFontFor(MessageFont(), shown);
+    SendMessageW(txtText_, WM_SETFONT,
+                 reinterpret_cast<WPARAM>(font ? font.get() : GetStockObject(DEFAULT_GUI_FONT)),
+                 TRUE);
+    // Let go of the old font only once the box no longer draws with it.
+    font_ = std::move(font);
+}
+
+void frmResult::ChangeLangResult() {
+    if (Handle() == nullptr) return;
+    SetWindowTextW(Handle(), Caption(captionLog_, !captionLog_.empty()).c_str());
 }
 
 void frmResult::HideResult() {
