@@ -3,6 +3,12 @@
 # layouts at 96 and at 144 DPI, written to docs/main-layout-<n>-<dpi>.png,
 # and docs/getting-started.png: the release package as unpacked, after F5 on
 # the example song and F7, with the log window moved below the strip.
+# layouts at 96 and at 144 DPI, written to docs/main-layout-<n>-<dpi>.png;
+# and of the about window, collapsed and expanded, at both, written to
+# docs/about-<dpi>.png and docs/about-expanded-<dpi>.png. The about window in
+# Japanese and the log window after a failed compile, in both languages, go
+# to build/windows/shots/ (about*-ja-<dpi>.png, log[-ja]-<dpi>.png), to be
+# looked at.
 # Runs zorvi.exe under private Wine prefixes and Xvfb displays of its own
 # (build/windows/shots-<dpi>), takes the whole screen with ImageMagick's
 # "import -window root" and crops it to the window.
@@ -154,6 +160,15 @@ END
 }
 
 # The outer rectangle of an X window as an ImageMagick crop geometry.
+# The window of this process with that caption, once it shows; its geometry.
+wait_window() {
+    local pattern=$1 window=""
+    for ((i = 0; i < 150; i++)); do
+        window=$(xdotool search --name "$pattern" 2>/dev/null | head -n1 || true)
+        [ -n "$window" ] && break
+        sleep 0.1
+    done
+    echo "$window"
 geometry_of() {
     xwininfo -id "$1" | awk '/Absolute upper-left X/{x=$4} /Absolute upper-left Y/{y=$4}
         /Width:/{w=$2} /Height:/{h=$2} END{printf "%dx%d+%d+%d", w, h, x, y}'
@@ -179,6 +194,23 @@ shoot_config() {
     local pid=$!
     local main config
     main=$(wait_window "^Zorvi v")
+crop_window() {
+    sleep 1  # let it finish painting
+    import -window root "$work/root.png"
+    convert "$work/root.png" -crop "$(geometry_of "$1")" +repage "$2"
+    echo "${2#"$root"/}"
+# The about window by Ctrl+F1 from the main window, then expanded from the
+# keyboard (Tab to the second button, Enter); and the log window after a
+# compile that produced nothing, above a UTF-8 log.
+shoot_about() {
+    local dpi=$1 language=$2 out=$3 tag=$4
+    local dir="$work/about-$dpi-$tag"
+    install_zorvi "$dir" 0
+    sed -i "s/^Default=Standard\r\$/Default=Standard\r\nLanguage=$language\r/" "$dir/Zorvi.ini"
+    (cd "$dir" && exec wine zorvi.exe "$(winepath -w "$dir/songs/Overture.mml")") \
+        >"$work/about-$dpi-$tag.log" 2>&1 &
+    local main
+    main=$(wait_window "^Overture.mml - Zorvi")
     if [ -z "$main" ]; then
         echo "screenshots.sh: no main window at $dpi DPI ($language)" >&2
         kill "$pid" 2>/dev/null || true
@@ -256,11 +288,39 @@ shoot_package() {
     import -window root "$work/root.png"
     convert "$work/root.png" -crop "$box" +repage "$docs/getting-started.png"
     echo "docs/getting-started.png ($box)"
+    xdotool mousemove --window "$main" 150 8 click 1
+    xdotool key ctrl+F1
+    local about
+    about=$(wait_window "^Zorvi - About$")
+    if [ -n "$about" ]; then
+        crop_window "$about" "$out/about$tag-$dpi.png"
+        xdotool key Tab Return
+        crop_window "$about" "$out/about-expanded$tag-$dpi.png"
+    else
+        echo "screenshots.sh: no about window at $dpi DPI ($language)" >&2
+    kill "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
+
+    # A configuration whose script makes no output: the compile fails.
+    printf '[Configure]\r\nConsole=%s\\tools\\mmlc.exe\r\nExtension=mid\r\n[Option]\r\nUseCUI=1\r\nDetectError=1\r\nCUIWindowState=2\r\n[Script]\r\nLine=1\r\nLine1=rem $fn$\r\n' \
+        "$(winepath -w "$dir")" >"$dir/cfg/Broken.ini"
+    printf 'mmlc 1.0\r\nOverture.mml(2): E12: \xe4\xb8\x8d\xe6\x98\x8e\xe3\x81\xaa\xe9\x9f\xb3\xe7\xac\xa6 "q"\r\n1 error\r\n' \
+        >"$dir/songs/Overture.log"
+    (cd "$dir" && exec wine zorvi.exe -preset=Broken -compilenow \
+        "$(winepath -w "$dir/songs/Overture.mml")") >>"$work/about-$dpi-$tag.log" 2>&1 &
+    pid=$!
+    local log
+    log=$(wait_window "^Zorvi - .* - Overture.log$")
+    if [ -n "$log" ]; then
+        crop_window "$log" "$build/shots/log$tag-$dpi.png"
+    else
+        echo "screenshots.sh: no log window at $dpi DPI ($language)" >&2
     kill "$pid" 2>/dev/null || true
     wait "$pid" 2>/dev/null || true
 }
 
 mkdir -p "$docs" "$build/shots-ja"
+mkdir -p "$docs" "$build/shots"
 for dpi in 96 144; do
     dir="$build/shots-$dpi"
     "$harness/start.sh" "$dir" >/dev/null
@@ -274,6 +334,8 @@ for dpi in 96 144; do
         shoot_config "$dpi" English "$docs"
         shoot_config "$dpi" Japanese "$build/shots-ja"
         if [ "$dpi" = 96 ]; then shoot_package; fi
+        shoot_about "$dpi" English "$docs" ""
+        shoot_about "$dpi" Japanese "$build/shots" "-ja"
     )
     "$harness/stop.sh" "$dir" >/dev/null
 done

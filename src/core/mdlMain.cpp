@@ -20,6 +20,7 @@
 #include "settings/ini_win.h"
 #include "settings/lists_win.h"
 #include "ui/config/frmConfig.h"
+#include "ui/dialogs/frmAbout.h"
 #include "ui/main/frmZorvi.h"
 #include "ui/result/frmResult.h"
 
@@ -95,6 +96,9 @@ void RunWindowMode(const CommandLine& args) {
         return;
     }
     window->SetConfigCommand([](int page) { ShowConfigWindow(MainWindow().get(), page); });
+    // F1 without a help file, Ctrl+F1, "&About" and toolbar button 7 end here;
+    // owned by the main window, the about window stays in front of it.
+    window->SetAboutCommand([owner = window->Handle()](int) { AboutWindow(owner).ShowAbout(); });
     window->Start(args.file);
     // "-play" in window mode plays with the active configuration.
     if (args.play) CMD_DoPlay({}, window->Handle());
@@ -116,6 +120,7 @@ const std::string& TargetFile() { return State().targetFile; }
 void SetTargetFile(std::string path) { State().targetFile = std::move(path); }
 bool ShuttingDown() { return State().shuttingDown; }
 void SetShuttingDown() { State().shuttingDown = true; }
+void ClearShuttingDownForTesting() { State().shuttingDown = false; }
 
 void WindowOpened() { ++State().openWindows; }
 void WindowClosed() {

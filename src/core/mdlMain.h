@@ -24,6 +24,8 @@ void SetShuttingDown();
 void SetMainSettingsPath(std::string path);
 void SetLanguageOffset(int offset);
 void SetInteractiveMode(bool interactive);
+// A test that has closed a main window carries on as if it had not.
+void ClearShuttingDownForTesting();
 
 // Windows that keep the program alive; the last one to close ends the message loop.
 void WindowOpened();

@@ -31,6 +31,8 @@ inline constexpr int kToolbarLogView        = 106;
 inline constexpr int kToolbarAboutHelp      = 107;
 inline constexpr int kButtonExit            = 109;
 inline constexpr int kButtonOk              = 110;
+// The about window's button that shows and hides the shortcut keys.
+inline constexpr int kButtonShortcutKeys    = 111;
 
 // Main window popup menu
 // Popup entries are loaded in order: menu index = id - kMenuAbout.

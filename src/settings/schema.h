@@ -75,6 +75,9 @@ inline constexpr IntKey kResultLeft{"ResultWindow", "Left", 0};
 inline constexpr IntKey kResultTop{"ResultWindow", "Top", 0};
 inline constexpr IntKey kResultWidth{"ResultWindow", "Width", 7200};
 inline constexpr IntKey kResultHeight{"ResultWindow", "Height", 3700};
+// The code page of logs that are not UTF-8. 0, and any value the system
+// cannot convert from, stands for the system's ANSI code page.
+inline constexpr IntKey kLogCodePage{"ResultWindow", "LogCodePage", 0};
 
 inline constexpr IntKey kConfigureLeft{"ConfigureWindow", "Left", 0};
 inline constexpr IntKey kConfigureTop{"ConfigureWindow", "Top", 0};

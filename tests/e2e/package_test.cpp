@@ -16,12 +16,21 @@ namespace {
 
 // The main window, captioned with the target's name.
 HWND WaitForMain(Running& zorvi, const std::string& song) {
-    return zorvi.WaitForWindow("ZorviMain", song + " - Zorvi v" + VersionText(ThisVersion()));
+    const HWND main = zorvi.WaitForWindow(L"ZorviMain");
+    const std::wstring caption(song.begin(), song.end());
+    if (main != nullptr && !WaitUntil([&] { return WindowText(main).rfind(caption, 0) == 0; })) {
+        ADD_FAILURE() << "the main window does not name " << song;
+    }
+    return main;
 }
 
 // The log window's text box once its text holds part.
 HWND WaitForLogHolding(Running& zorvi, const std::string& log, const std::wstring& part) {
-    const HWND window = zorvi.WaitForWindow("ZorviResult", "Zorvi - Log Window - " + log);
+    const HWND window = zorvi.WaitForWindow(L"ZorviResult");
+    const std::wstring name(log.begin(), log.end());
+    if (window != nullptr && !WaitUntil([&] { return WindowText(window).ends_with(name); })) {
+        ADD_FAILURE() << "the log window does not name " << log;
+    }
     const HWND box = window != nullptr ? FindWindowExW(window, nullptr, L"Edit", nullptr) : nullptr;
     const bool holds = box != nullptr && WaitUntil([&] {
         return WindowText(box).find(part) != std::wstring::npos;
@@ -33,7 +42,7 @@ HWND WaitForLogHolding(Running& zorvi, const std::string& log, const std::wstrin
 std::string Setting(const Installation& installation, const char* key) {
     char value[300] = {};
     GetPrivateProfileStringA("Setting", key, "<none>", value, sizeof value,
-                             installation.SettingsFile().c_str());
+                             (installation / "Zorvi.ini").c_str());
     return value;
 }
 
@@ -52,10 +61,10 @@ void DoubleClickLineOf(HWND box, const std::wstring& part) {
 
 TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
     Installation installation;
-    std::filesystem::copy(BesideTestProgram("..\\package"), installation.Folder(),
+    std::filesystem::copy(BesideTestProgram("..\\package"), installation.Path(),
                           std::filesystem::copy_options::recursive |
                               std::filesystem::copy_options::overwrite_existing);
-    const std::string examples = installation.Folder() + "\\examples\\";
+    const std::string examples = installation.Path() + "\\examples\\";
     {
         // No Zorvi.ini: the example configuration is the active one.
         Running zorvi(installation, "\"" + examples + "clean.mml\"");
@@ -63,22 +72,22 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
         ASSERT_NE(main, nullptr);
         PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
         ASSERT_TRUE(WaitUntil([&] {
-            return installation.Files().Read("examples\\clean.log").find("mmlc: wrote") !=
+            return installation.Read("examples\\clean.log").find("mmlc: wrote") !=
                    std::string::npos;
         }));
         PostMessageW(main, WM_KEYDOWN, VK_F7, 0);
         const HWND box = WaitForLogHolding(zorvi, "clean.log", L"clean.mid (");
         ASSERT_NE(box, nullptr);
         EXPECT_EQ(WindowText(box).find(L"Detect compiling error."), std::wstring::npos);
-        EXPECT_EQ(installation.Files().Read("examples\\clean.mid").substr(0, 4), "MThd");
+        EXPECT_EQ(installation.Read("examples\\clean.mid").substr(0, 4), "MThd");
     }
     // Nothing chosen, nothing written.
     EXPECT_EQ(Setting(installation, "Default"), "<none>");
 
-    CreateDirectoryA((installation.Folder() + "\\tools").c_str(), nullptr);
-    const std::string editor = installation.Folder() + "\\tools\\zplayer.exe";
+    CreateDirectoryA((installation.Path() + "\\tools").c_str(), nullptr);
+    const std::string editor = installation.Path() + "\\tools\\zplayer.exe";
     ASSERT_TRUE(CopyFileA(BesideTestProgram("zplayer.exe").c_str(), editor.c_str(), FALSE));
-    const std::string& settings = installation.SettingsFile();
+    const std::string settings = installation / "Zorvi.ini";
     WritePrivateProfileStringA("Setting", "Editor", editor.c_str(), settings.c_str());
     WritePrivateProfileStringA("Setting", "EditorLineArgs", "-n$line$ \"$fp$$fn$\"",
                                settings.c_str());
@@ -93,9 +102,9 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
     DoubleClickLineOf(box, L"broken.mml(9,23)");
     const std::string record = "tools\\zplayer.log";
     ASSERT_TRUE(WaitUntil([&] {
-        return installation.Files().Read(record).find("\r\narg2=") != std::string::npos;
+        return installation.Read(record).find("\r\narg2=") != std::string::npos;
     }));
-    const auto lines = KeyValueLines(installation.Files().Read(record));
+    const auto lines = KeyValueLines(installation.Read(record));
     ASSERT_GE(lines.size(), 4u);
     EXPECT_EQ(lines[2].first + "=" + lines[2].second, "arg1=-n9");
     EXPECT_EQ(lines[3].first, "arg2");

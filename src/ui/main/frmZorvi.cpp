@@ -24,6 +24,8 @@
 #include "run/required_tools.h"
 #include "settings/ini_win.h"
 #include "settings/lists_win.h"
+#include "ui/dialogs/about_text.h"
+#include "ui/dialogs/frmAbout.h"
 #include "ui/main/keymap.h"
 #include "ui/main/layout.h"
 #include "ui/main/main_parts.h"
@@ -35,6 +37,23 @@
 namespace zorvi {
 
 using namespace main_parts;
+
+namespace {
+
+// The first bytes of a file, enough to tell what kind of file it is; empty
+// when it cannot be read.
+std::string FirstBytes(const std::string& path) {
+    const UniqueHandle file(CreateFileA(path.c_str(), GENERIC_READ,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) return {};
+    char bytes[4] = {};
+    DWORD got = 0;
+    if (!ReadFile(file.get(), bytes, sizeof bytes, &got, nullptr)) return {};
+    return std::string(bytes, got);
+}
+
+}  // namespace
 
 
 frmZorvi::frmZorvi() : compileCommand_(CMD_DoCompile) { menuEnabled_.fill(true); }
@@ -205,10 +224,13 @@ void frmZorvi::OnCommand(int id) {
 
 void frmZorvi::ShowHelp() {
     const std::string helpFile = mdlFile::GetAppFolder() + mdlMain::AppTitle() + ".CHM";
-    if (mdlFile::FileExists(helpFile)) {
-        DWORD exitCode = 0;
-        ExecuteProgram(helpFile, {}, {}, SW_SHOWNORMAL, Handle(), false, exitCode);
-    } else {
+    // A file of that name that is no compiled help (empty, or something else
+    // saved under the name) would only get an error from the help viewer, and
+    // a viewer that cannot be started gives nothing: the about window then
+    // answers the key instead.
+    DWORD exitCode = 0;
+    if (!mdlFile::FileExists(helpFile) || !LooksLikeHelpFile(FirstBytes(helpFile)) ||
+        !ExecuteProgram(helpFile, {}, {}, SW_SHOWNORMAL, Handle(), false, exitCode)) {
         ShowAbout();
     }
 }
@@ -223,6 +245,7 @@ void frmZorvi::ShowConfig(int page) {
 
 void frmZorvi::AddExternalProgram() {
     launcher_.Load(MainFile());
+    ApplyFonts();
     for (const HWND combo : combo_) {
         SendMessageW(combo, CB_RESETCONTENT, 0, 0);
         for (std::size_t i = 0; i < launcher_.Count(); ++i) {
@@ -364,6 +387,7 @@ void frmZorvi::Unload() {
     folderWatch_.Stop();
     DeleteIcon();
     ReleaseResultWindow();
+    ReleaseAboutWindow();
     SaveGeometry();
     // A program marked to end with Zorvi ends even when the rest live on.
     launcher_.EndAutoShutDown();

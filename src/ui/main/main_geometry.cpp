@@ -26,6 +26,7 @@
 #include "ui/main/mdlView.h"
 #include "ui/main/watch.h"
 #include "ui/result/frmResult.h"
+#include "ui/text_font_win.h"
 
 namespace zorvi {
 
@@ -33,7 +34,10 @@ using namespace main_parts;
 
 void frmZorvi::ApplyFonts() {
     NONCLIENTMETRICSW metrics = MetricsForDpi(Dpi());
-    UniqueFont font(CreateFontIndirectW(&metrics.lfMessageFont));
+    // The launcher list shows names the user gave, Japanese ones included.
+    std::wstring shown;
+    for (std::size_t i = 0; i < launcher_.Count(); ++i) shown += Widen(launcher_.Record(i).item);
+    UniqueFont font = CreateFontFor(metrics.lfMessageFont, shown);
     if (!font) return;
     for (const HWND control : {statusBar_, combo_[0], combo_[1]}) {
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);

@@ -23,7 +23,9 @@
 #include "ui/main/mdlHotKey.h"
 #include "ui/main/mdlView.h"
 #include "ui/result/error_line_win.h"
+#include "ui/result/log_decode.h"
 #include "ui/result/result_text.h"
+#include "ui/text_font_win.h"
 
 namespace zorvi {
 namespace {
@@ -49,8 +51,9 @@ std::wstring Caption(const std::string& log, bool named) {
 }
 
 // The log as long as it was when opened, streamed through the builder so
-// that a huge log costs no more memory than what can be shown. Nullopt when
-// it cannot be opened or read (locked, vanished).
+// that a huge log costs no more memory than what can be shown, and read as
+// UTF-8 or in ResultWindow/LogCodePage. Nullopt when it cannot be opened or
+// read (locked, vanished).
 std::optional<std::wstring> ReadLogText(const std::string& log, int mode) {
     const UniqueHandle file(CreateFileA(log.c_str(), GENERIC_READ,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
@@ -59,8 +62,11 @@ std::optional<std::wstring> ReadLogText(const std::string& log, int mode) {
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file.get(), &size) || size.QuadPart < 0) return std::nullopt;
     const auto length = static_cast<std::uint64_t>(size.QuadPart);
-    ResultTextBuilder builder(mode, CurrentTexts(), length,
-                              [](std::string_view bytes) { return Widen(bytes); });
+    const unsigned codePage =
+        UsableCodePage(ReadIniInt(keys::kLogCodePage, mdlMain::MainSettingsPath()));
+    LogTextBuilder builder(mode, CurrentTexts(), length, [codePage](std::string_view bytes) {
+        return WidenFrom(bytes, codePage);
+    });
     std::string chunk(kReadChunk, '\0');
     std::uint64_t left = length;
     while (left > 0 && builder.WantsMore()) {
@@ -121,14 +127,7 @@ bool frmResult::Create() {
         DestroyWindow(Handle());
         return false;
     }
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    if (SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
-        font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
-    }
-    SendMessageW(txtText_, WM_SETFONT,
-                 reinterpret_cast<WPARAM>(font_ ? font_.get() : GetStockObject(DEFAULT_GUI_FONT)),
-                 FALSE);
+    ApplyFont({});
     SendMessageW(txtText_, EM_SETLIMITTEXT, kResultTextLimit, 0);
     const int margin = MulDiv(kTextMargin, dpi.x, 96);
     SendMessageW(txtText_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN,
@@ -164,10 +163,10 @@ void frmResult::ShowResult(int mode, const std::string& logPath) {
         const std::optional<std::wstring> text =
             exists ? ReadLogText(log, mode) : MissingLogText(mode, CurrentTexts());
         if (text) {
+            ApplyFont(*text);
             SetWindowTextW(txtText_, text->c_str());
-            captionLog_ = log;
-            captionNamed_ = named;
-            SetWindowTextW(Handle(), Caption(log, named).c_str());
+            captionLog_ = named ? log : std::string();
+            SetWindowTextW(Handle(), Caption(captionLog_, named).c_str());
         } else if (!showUnread) {
             return;
         }
@@ -178,8 +177,18 @@ void frmResult::ShowResult(int mode, const std::string& logPath) {
     ShowWindow(Handle(), SW_RESTORE);
 }
 
+void frmResult::ApplyFont(std::wstring_view shown) {
+    UniqueFont font = CreateFontFor(MessageFont(), shown);
+    SendMessageW(txtText_, WM_SETFONT,
+                 reinterpret_cast<WPARAM>(font ? font.get() : GetStockObject(DEFAULT_GUI_FONT)),
+                 TRUE);
+    // Let go of the old font only once the box no longer draws with it.
+    font_ = std::move(font);
+}
+
 void frmResult::ChangeLangResult() {
-    if (Handle() != nullptr) SetWindowTextW(Handle(), Caption(captionLog_, captionNamed_).c_str());
+    if (Handle() == nullptr) return;
+    SetWindowTextW(Handle(), Caption(captionLog_, !captionLog_.empty()).c_str());
 }
 
 void frmResult::HideResult() {

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "core/handles_win.h"
 #include "ui/window_base.h"
@@ -26,6 +27,9 @@ public:
     // leaves the text as it was, and the window too unless this is a
     // command-line run, where it is shown all the same.
     void ShowResult(int mode, const std::string& logPath = {});
+    // Relabels the window in the current language after a change of
+    // Setting/Language. The text stays: it is the log as it was shown.
+    void ChangeLangResult();
     // The hide of AutoClose. In a command-line run there is no way back to a
     // hidden window, so there it closes the window and with it the run.
     void HideResult();
@@ -33,9 +37,6 @@ public:
     // window is in its normal state; ends a command-line run; otherwise only
     // hides, unless the program is shutting down.
     void Unload();
-
-    // The caption again, in the current language.
-    void ChangeLangResult();
 
     HWND TextBox() const { return txtText_; }
 
@@ -45,13 +46,14 @@ private:
     // Every key reaches the window before the text box; true when it was used.
     bool Form_KeyDown(int keyCode, int shiftState);
     void SavePlacement();
+    // A font with glyphs for every character of the text to be shown.
+    void ApplyFont(std::wstring_view shown);
     static LRESULT CALLBACK TextBoxProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR data) noexcept;
 
     UniqueFont font_;
     HWND txtText_ = nullptr;
-    std::string captionLog_;  // the log the caption names, if it names one
-    bool captionNamed_ = false;
+    std::string captionLog_;  // the log named in the caption; empty when none is
 };
 
 // The process-wide result window, created on first use.

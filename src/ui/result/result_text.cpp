@@ -24,6 +24,15 @@ const std::wstring& VerdictText(int mode, const ResultTexts& texts) {
     }
 }
 
+// Cuts to the text box's limit. A cut there, or where the buffer filled up,
+// may fall between the two units of a character beyond the first plane; no
+// decoder ends a text on a first unit, so one found there is such a half,
+// which would show as garbage.
+void CutToLimit(std::wstring& text) {
+    if (text.size() > kResultTextLimit) text.resize(kResultTextLimit);
+    if (!text.empty() && text.back() >= 0xD800 && text.back() <= 0xDBFF) text.pop_back();
+}
+
 std::wstring CutAtNul(std::wstring text) {
     if (const auto nul = text.find(L'\0'); nul != std::wstring::npos) text.resize(nul);
     return text;
@@ -92,7 +101,7 @@ void ResultTextBuilder::EndLine(bool atLineFeed) {
     lineCut_ = false;
     if (lastLineOnly_) {
         lastLine_ = CutAtNul(std::move(line));
-        if (lastLine_.size() > kResultTextLimit) lastLine_.resize(kResultTextLimit);
+        CutToLimit(lastLine_);
     } else {
         WriteLine(line);
     }
@@ -135,7 +144,7 @@ std::wstring ResultTextBuilder::Finish() {
     std::wstring text =
         header_ + buffer_.substr(0, std::min<std::size_t>(static_cast<std::size_t>(firstNul_),
                                                           buffer_.size()));
-    if (text.size() > kResultTextLimit) text.resize(kResultTextLimit);
+    CutToLimit(text);
     return text;
 }
 

@@ -31,7 +31,8 @@ struct ResultTexts {
 };
 
 // Turns bytes of the log (one line's worth, never split inside a line) into
-// the characters shown; the platform passes its ANSI-code-page conversion.
+// the characters shown, in the log's encoding (see log_decode.h). A line cut
+// where nothing more of it can show may end inside a character.
 using DecodeLogBytes = std::function<std::wstring(std::string_view bytes)>;
 
 // What the window shows when the log file does not exist.
