@@ -61,6 +61,8 @@ while read -r name program dictionary; do
     if [ "$code" -ne 0 ] || [ "$crashes" -ne 0 ]; then
         status=1
         grep -E -m 5 'ERROR|property failed|runtime error|SUMMARY' "$log" | sed 's/^/    /'
+        newest=$(ls -t "$findings" | head -n 1)
+        [ -n "$newest" ] && echo "    input kept in $findings/$newest (replay: $program $findings/$newest)"
     fi
 done <"$build/fuzz_targets.txt"
 exit $status
