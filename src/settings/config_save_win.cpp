@@ -1,5 +1,6 @@
 // Loading what the configuration window edits, and saving a configuration:
-// the backup copy of the file as it was, then every key in its order.
+// the backup copy of the file as it was, then every key in its order (keys
+// that hold their value already are not rewritten).
 #include "settings/config_save_win.h"
 
 #include <windows.h>
@@ -147,10 +148,11 @@ ConfigurationSaveResult SaveConfiguration(const ConfigurationValues& values,
     }
     if (!CopyBackup(result, backupFile)) return result;
 
+    IniUpdater updater;
     for (const auto& planned : plan.writes) {
         const std::string& file =
             planned.file == SettingsFileRole::Main ? mainFile : result.configurationFile;
-        if (!WriteIni(planned.write.section, planned.write.key, planned.write.value, file)) {
+        if (!updater.Write(planned.write.section, planned.write.key, planned.write.value, file)) {
             const DWORD code = GetLastError();
             Fail(result, code,
                  "Cannot write " + planned.write.section + "/" + planned.write.key + " to " + file);

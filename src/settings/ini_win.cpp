@@ -4,7 +4,11 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <cstdint>
+
 #include "core/mdlMain.h"
+#include "core/text.h"
 #include "files/path_text.h"
 #include "files/path_win.h"
 #include "settings/preset.h"
@@ -36,6 +40,122 @@ bool WriteIni(const std::string& section, const std::string& key, const std::str
 bool WriteIni(const std::string& section, const std::string& key, int value,
               const std::string& file) {
     return WriteIni(section, key, std::to_string(value), file);
+}
+
+namespace {
+
+// What the profile functions do to a stored value: surrounding blanks are
+// gone already; one pair of matching quotes around it goes too.
+std::string StoredValue(std::string_view value) {
+    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
+        value.back() == value.front()) {
+        value = value.substr(1, value.size() - 2);
+    }
+    return std::string(value.substr(0, std::min(value.size(), mdlFile::kPathBuffer - 1)));
+}
+
+std::string_view TrimBlanks(std::string_view text) {
+    while (!text.empty() && static_cast<unsigned char>(text.front()) <= ' ') text.remove_prefix(1);
+    while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.remove_suffix(1);
+    return text;
+}
+
+// The platform's number reading: blanks, a sign, a 0x / 0o / 0b base, then
+// digits until the first that does not belong, wrapping like an unsigned
+// 32-bit number; at most 29 characters of the value count.
+int ProfileNumber(std::string_view text) {
+    text = text.substr(0, std::min<std::size_t>(text.size(), 29));
+    while (!text.empty() && static_cast<unsigned char>(text.front()) <= ' ') text.remove_prefix(1);
+    bool negative = false;
+    if (!text.empty() && (text.front() == '-' || text.front() == '+')) {
+        negative = text.front() == '-';
+        text.remove_prefix(1);
+    }
+    std::uint32_t base = 10;
+    if (text.size() >= 2 && text[0] == '0') {
+        const char mark = text[1];
+        base = mark == 'x' ? 16 : mark == 'o' ? 8 : mark == 'b' ? 2 : 10;
+        if (base != 10) text.remove_prefix(2);
+    }
+    std::uint32_t total = 0;
+    for (const char c : text) {
+        std::uint32_t digit = 0;
+        if (c >= '0' && c <= '9') {
+            digit = static_cast<std::uint32_t>(c - '0');
+        } else if (c >= 'a' && c <= 'z') {
+            digit = static_cast<std::uint32_t>(c - 'a' + 10);
+        } else if (c >= 'A' && c <= 'Z') {
+            digit = static_cast<std::uint32_t>(c - 'A' + 10);
+        } else {
+            break;
+        }
+        if (digit >= base) break;
+        total = total * base + digit;
+    }
+    return static_cast<int>(negative ? 0u - total : total);
+}
+
+}  // namespace
+
+IniSection::IniSection(const std::string& section, const std::string& file) {
+    // The call answers with as much as fits and says so by a length of the
+    // buffer less two; the buffer grows until the section fits, up to a bound
+    // no settings file reaches.
+    std::string buffer(32 * 1024, '\0');
+    DWORD length = 0;
+    for (;;) {
+        length = GetPrivateProfileSectionA(section.c_str(), buffer.data(),
+                                           static_cast<DWORD>(buffer.size()), file.c_str());
+        if (length + 2 < buffer.size() || buffer.size() >= 64u * 1024 * 1024) break;
+        buffer.assign(buffer.size() * 4, '\0');
+    }
+    std::string_view rest(buffer.data(), std::min<std::size_t>(length, buffer.size()));
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('\0'), rest.size());
+        const std::string_view line = rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        const std::size_t equals = line.find('=');
+        if (equals == std::string_view::npos) continue;  // a key without a value reads as missing
+        // The first of two equal keys is the one a key read finds.
+        values_.emplace(AsciiLower(std::string(TrimBlanks(line.substr(0, equals)))),
+                        StoredValue(TrimBlanks(line.substr(equals + 1))));
+    }
+}
+
+const std::string* IniSection::Find(const std::string& key) const {
+    const auto found = values_.find(AsciiLower(key));
+    return found == values_.end() ? nullptr : &found->second;
+}
+
+std::string IniSection::Read(const std::string& key, const std::string& fallback) const {
+    const std::string* value = Find(key);
+    return value != nullptr ? *value : fallback;
+}
+
+int IniSection::ReadInt(const std::string& key, int fallback) const {
+    const std::string* value = Find(key);
+    return value == nullptr || value->empty() ? fallback : ProfileNumber(*value);
+}
+
+bool IniSection::Holds(const std::string& key, const std::string& value) const {
+    const std::string* stored = Find(key);
+    return stored != nullptr && *stored == value;
+}
+
+void IniSection::Remember(const std::string& key, const std::string& value) {
+    values_.insert_or_assign(AsciiLower(key), StoredValue(TrimBlanks(value)));
+}
+
+bool IniUpdater::Write(const std::string& section, const std::string& key,
+                       const std::string& value, const std::string& file) {
+    auto place = sections_.find({file, AsciiLower(section)});
+    if (place == sections_.end()) {
+        place = sections_.try_emplace({file, AsciiLower(section)}, section, file).first;
+    }
+    if (place->second.Holds(key, value)) return true;
+    if (!WriteIni(section, key, value, file)) return false;
+    place->second.Remember(key, value);
+    return true;
 }
 
 std::string ReadIni(const settings::TextKey& key, const std::string& file) {

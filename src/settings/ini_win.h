@@ -1,7 +1,9 @@
 // Reading and writing single settings keys through the ANSI private-profile functions.
 #pragma once
 
+#include <map>
 #include <string>
+#include <unordered_map>
 
 #include "settings/schema.h"
 
@@ -17,6 +19,39 @@ bool WriteIni(const std::string& section, const std::string& key, const std::str
               const std::string& file);
 bool WriteIni(const std::string& section, const std::string& key, int value,
               const std::string& file);
+
+// One section read in a single call. Every key read through the
+// private-profile functions opens and searches the file again, so a list of
+// hundreds of records read key by key takes seconds; read from here it is
+// one call. The answers are the ones ReadIni and ReadIniInt give.
+class IniSection {
+public:
+    IniSection(const std::string& section, const std::string& file);
+
+    std::string Read(const std::string& key, const std::string& fallback) const;
+    int ReadInt(const std::string& key, int fallback) const;
+    bool Holds(const std::string& key, const std::string& value) const;
+    // Keeps the snapshot in step with a write made through WriteIni.
+    void Remember(const std::string& key, const std::string& value);
+
+private:
+    const std::string* Find(const std::string& key) const;
+
+    std::unordered_map<std::string, std::string> values_;  // keys in lower case
+};
+
+// Writes a key only when it does not hold the value yet: every write
+// rewrites the whole file, so saving a long list key by key would cost the
+// square of its length. Each section is read once, when first written to;
+// an empty value is still written where there is no key.
+class IniUpdater {
+public:
+    bool Write(const std::string& section, const std::string& key, const std::string& value,
+               const std::string& file);
+
+private:
+    std::map<std::pair<std::string, std::string>, IniSection> sections_;  // (file, section)
+};
 
 std::string ReadIni(const settings::TextKey& key, const std::string& file);
 int ReadIniInt(const settings::IntKey& key, const std::string& file);

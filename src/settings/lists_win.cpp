@@ -15,21 +15,33 @@
 namespace zorvi::settings {
 namespace {
 
-std::string ReadField(const TextKey& field, int index, const std::string& file) {
-    return ReadIni(field.section, NumberedKey(field.name, index), field.fallback, file);
+// The fields of a record are read from the snapshot of the section their
+// record list lives in.
+std::string ReadField(const TextKey& field, int index, const IniSection& section) {
+    return section.Read(NumberedKey(field.name, index), field.fallback);
 }
 
-int ReadField(const IntKey& field, int index, const std::string& file) {
-    return ReadIniInt(field.section, NumberedKey(field.name, index), field.fallback, file);
+int ReadField(const IntKey& field, int index, const IniSection& section) {
+    return section.ReadInt(NumberedKey(field.name, index), field.fallback);
 }
 
-bool ReadFlagField(const IntKey& field, int index, const std::string& file) {
-    const int value = ReadField(field, index, file);
+bool ReadFlagField(const IntKey& field, int index, const IniSection& section) {
+    const int value = ReadField(field, index, section);
     return field.test == FlagTest::NonZero ? value != 0 : value == 1;
 }
 
-int ReadCount(const char* section, const char* countKey, const std::string& file) {
-    return EntriesToRead(ReadIniInt(section, countKey, 0, file));
+int ReadCount(const IniSection& section, const char* countKey) {
+    return EntriesToRead(section.ReadInt(countKey, 0));
+}
+
+std::vector<std::string> ReadNumbered(const char* section, const char* countKey,
+                                      const char* prefix, const std::string& file) {
+    const IniSection values(section, file);
+    const int count = ReadCount(values, countKey);
+    std::vector<std::string> entries;
+    entries.reserve(static_cast<std::size_t>(count));
+    for (int i = 1; i <= count; ++i) entries.push_back(values.Read(NumberedKey(prefix, i), ""));
+    return entries;
 }
 
 // Editors and players are offered only while their file is there, whatever
@@ -65,20 +77,15 @@ std::vector<std::string> CleanAndStore(const CountedList& list,
 }  // namespace
 
 bool WriteAll(const std::vector<IniWrite>& writes, const std::string& file) {
+    IniUpdater updater;
     for (const auto& write : writes) {
-        if (!WriteIni(write.section, write.key, write.value, file)) return false;
+        if (!updater.Write(write.section, write.key, write.value, file)) return false;
     }
     return true;
 }
 
 std::vector<std::string> ReadCountedList(const CountedList& list, const std::string& file) {
-    const int count = ReadCount(list.section, list.countKey, file);
-    std::vector<std::string> entries;
-    entries.reserve(static_cast<std::size_t>(count));
-    for (int i = 1; i <= count; ++i) {
-        entries.push_back(ReadIni(list.section, NumberedKey(list.itemPrefix, i), "", file));
-    }
-    return entries;
+    return ReadNumbered(list.section, list.countKey, list.itemPrefix, file);
 }
 
 bool WriteCountedList(const CountedList& list, const std::vector<std::string>& entries,
@@ -87,13 +94,7 @@ bool WriteCountedList(const CountedList& list, const std::vector<std::string>& e
 }
 
 std::string ReadTextBlock(const TextBlock& block, const std::string& file) {
-    const int count = ReadCount(block.section, block.countKey, file);
-    std::vector<std::string> lines;
-    lines.reserve(static_cast<std::size_t>(count));
-    for (int i = 1; i <= count; ++i) {
-        lines.push_back(ReadIni(block.section, NumberedKey(block.linePrefix, i), "", file));
-    }
-    return JoinTextBlockLines(lines);
+    return JoinTextBlockLines(ReadNumbered(block.section, block.countKey, block.linePrefix, file));
 }
 
 bool WriteTextBlock(const TextBlock& block, std::string_view text, const std::string& file) {
@@ -103,18 +104,19 @@ bool WriteTextBlock(const TextBlock& block, std::string_view text, const std::st
 std::vector<ExternalProgramRecord> ReadExternalPrograms(const std::string& file) {
     namespace ep = main_file::external_program;
     const CountedList& list = main_file::kExternalPrograms;
-    const int count = ReadCount(list.section, list.countKey, file);
+    const IniSection section(list.section, file);
+    const int count = ReadCount(section, list.countKey);
     std::vector<ExternalProgramRecord> records;
     records.reserve(static_cast<std::size_t>(count));
     for (int i = 1; i <= count; ++i) {
         records.push_back({
-            .item = ReadField(ep::kItem, i, file),
-            .command = ReadField(ep::kCommand, i, file),
-            .option = ReadField(ep::kOption, i, file),
-            .startUpFolder = ReadField(ep::kStartUpFolder, i, file),
-            .windowState = ReadField(ep::kWindowState, i, file),
-            .autoRun = ReadFlagField(ep::kAutoRun, i, file),
-            .autoShutDown = ReadFlagField(ep::kAutoShutDown, i, file),
+            .item = ReadField(ep::kItem, i, section),
+            .command = ReadField(ep::kCommand, i, section),
+            .option = ReadField(ep::kOption, i, section),
+            .startUpFolder = ReadField(ep::kStartUpFolder, i, section),
+            .windowState = ReadField(ep::kWindowState, i, section),
+            .autoRun = ReadFlagField(ep::kAutoRun, i, section),
+            .autoShutDown = ReadFlagField(ep::kAutoShutDown, i, section),
         });
     }
     return records;
@@ -128,14 +130,15 @@ bool WriteExternalPrograms(const std::vector<ExternalProgramRecord>& records,
 std::vector<FilterRecord> ReadFilters(const std::string& file) {
     namespace fi = main_file::filter;
     const CountedList& list = main_file::kFilters;
-    const int count = ReadCount(list.section, list.countKey, file);
+    const IniSection section(list.section, file);
+    const int count = ReadCount(section, list.countKey);
     std::vector<FilterRecord> records;
     records.reserve(static_cast<std::size_t>(count));
     for (int i = 1; i <= count; ++i) {
         records.push_back({
-            .item = ReadField(fi::kItem, i, file),
-            .extension = ReadField(fi::kExtension, i, file),
-            .configuration = ReadField(fi::kDefault, i, file),
+            .item = ReadField(fi::kItem, i, section),
+            .extension = ReadField(fi::kExtension, i, section),
+            .configuration = ReadField(fi::kDefault, i, section),
         });
     }
     return records;
@@ -148,8 +151,9 @@ bool WriteFilters(const std::vector<FilterRecord>& records, const std::string& f
 std::vector<std::string> ReadHistorySlots(const std::string& file) {
     std::vector<std::string> slots;
     slots.reserve(main_file::kHistorySlots);
+    const IniSection section(main_file::kHistorySection, file);
     for (int slot = 0; slot < main_file::kHistorySlots; ++slot) {
-        slots.push_back(ReadIni(main_file::kHistorySection, HistorySlotKey(slot), "", file));
+        slots.push_back(section.Read(HistorySlotKey(slot), ""));
     }
     return slots;
 }

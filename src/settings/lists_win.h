@@ -12,7 +12,8 @@
 namespace zorvi::settings {
 
 // Writes in order and stops at the first key that cannot be written; the
-// keys before it stay written.
+// keys before it stay written. Keys that hold their value already are left
+// alone.
 bool WriteAll(const std::vector<IniWrite>& writes, const std::string& file);
 
 // Entries 1 to the stored count (missing entries read empty).
