@@ -163,6 +163,10 @@ void frmResult::ShowResult(int mode, const std::string& logPath) {
         const std::optional<std::wstring> text =
             exists ? ReadLogText(log, mode) : MissingLogText(mode, CurrentTexts());
         if (text) {
+            shownMode_ = mode;
+            shownMissing_ = !exists;
+            shownFrame_ = exists ? VerdictHeader(mode, CurrentTexts())
+                                 : MissingLogText(mode, CurrentTexts());
             ApplyFont(*text);
             SetWindowTextW(txtText_, text->c_str());
             captionLog_ = named ? log : std::string();
@@ -189,6 +193,20 @@ void frmResult::ApplyFont(std::wstring_view shown) {
 void frmResult::ChangeLangResult() {
     if (Handle() == nullptr) return;
     SetWindowTextW(Handle(), Caption(captionLog_, !captionLog_.empty()).c_str());
+    if (shownFrame_.empty()) return;
+    const std::wstring frame = shownMissing_ ? MissingLogText(shownMode_, CurrentTexts())
+                                             : VerdictHeader(shownMode_, CurrentTexts());
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(txtText_)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(
+        GetWindowTextW(txtText_, text.data(), static_cast<int>(text.size()))));
+    // Only a frame still standing as it was shown is replaced; the log after
+    // it is kept, cut again to what the box can hold.
+    if (text.compare(0, shownFrame_.size(), shownFrame_) != 0) return;
+    text.replace(0, shownFrame_.size(), frame);
+    if (text.size() > kResultTextLimit) text.resize(kResultTextLimit);
+    shownFrame_ = frame;
+    ApplyFont(text);
+    SetWindowTextW(txtText_, text.c_str());
 }
 
 void frmResult::HideResult() {

@@ -28,7 +28,8 @@ public:
     // command-line run, where it is shown all the same.
     void ShowResult(int mode, const std::string& logPath = {});
     // Relabels the window in the current language after a change of
-    // Setting/Language. The text stays: it is the log as it was shown.
+    // Setting/Language: the caption, and the verdict or the missing-log
+    // line before the log. The log itself stays as it was shown.
     void ChangeLangResult();
     // The hide of AutoClose. In a command-line run there is no way back to a
     // hidden window, so there it closes the window and with it the run.
@@ -54,6 +55,11 @@ private:
     UniqueFont font_;
     HWND txtText_ = nullptr;
     std::string captionLog_;  // the log named in the caption; empty when none is
+    // What stands before the log as shown (the verdict header, or the whole
+    // text when the log was missing), and whether the log was missing.
+    std::wstring shownFrame_;
+    int shownMode_ = 0;
+    bool shownMissing_ = false;
 };
 
 // The process-wide result window, created on first use.
