@@ -38,3 +38,8 @@ int Main(std::string_view commandLine);
 int RunMessageLoop(int exitCode);
 
 }  // namespace zorvi::mdlMain
+
+namespace zorvi {
+// The main settings file, as the windows read and write it.
+inline const std::string& MainFile() { return mdlMain::MainSettingsPath(); }
+}  // namespace zorvi

@@ -6,13 +6,12 @@
 #include <algorithm>
 
 #include "res/string_ids.h"
+#include "ui/config/config_parts.h"
 
 namespace zorvi {
 namespace {
 
-void Place(HWND control, int x, int y, int width, int height) {
-    MoveWindow(control, x, y, std::max(width, 0), std::max(height, 0), TRUE);
-}
+using config_parts::Place;
 
 // Drop-down lists open this much below their box.
 constexpr int kDropDown = 160;

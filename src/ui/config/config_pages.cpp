@@ -12,11 +12,14 @@
 #include "files/path_text.h"
 #include "res/string_ids.h"
 #include "ui/config/config_ids.h"
+#include "ui/config/config_parts.h"
 #include "ui/config/config_rules.h"
 #include "ui/main/main_parts.h"
 
 namespace zorvi {
 namespace {
+
+using config_parts::Place;
 
 constexpr int kWindowGroup = -1;
 constexpr DWORD kTabStop = WS_TABSTOP | WS_GROUP;
@@ -30,10 +33,6 @@ constexpr int kWindowStateLists[] = {1, 3, 5, 6};
 
 int WidthOf(const RECT& rect) { return rect.right - rect.left; }
 int HeightOf(const RECT& rect) { return rect.bottom - rect.top; }
-
-void Place(HWND control, int x, int y, int width, int height) {
-    MoveWindow(control, x, y, std::max(width, 0), std::max(height, 0), TRUE);
-}
 
 // Gives a page the tab control's own background where the system draws one.
 void UseTabBackground(HWND page) {

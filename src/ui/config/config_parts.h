@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -12,7 +13,10 @@
 
 namespace zorvi::config_parts {
 
-inline const std::string& MainFile() { return mdlMain::MainSettingsPath(); }
+// Moves a control; a size that a narrow window makes negative is none.
+inline void Place(HWND control, int x, int y, int width, int height) {
+    MoveWindow(control, x, y, std::max(width, 0), std::max(height, 0), TRUE);
+}
 
 inline std::wstring WideText(HWND control) {
     const int length = GetWindowTextLengthW(control);

@@ -35,8 +35,6 @@ inline constexpr int kIconCount = 8;  // resource icons 101..108: image n is ico
 // The launcher list opens this many closed-list heights downwards.
 inline constexpr int kDropDownRows = 8;
 
-inline const std::string& MainFile() { return mdlMain::MainSettingsPath(); }
-
 inline std::wstring Caption(const std::string& target) {
     return Widen(MainCaption(target, mdlMain::AppTitle(), VersionText(ThisVersion())));
 }
