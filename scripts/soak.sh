@@ -46,7 +46,7 @@ printf '[Configure]\r\nConsole=%s\r\nExtension=out\r\n[Option]\r\nUseCUI=1\r\nDe
     "$(win "$work/tools/zcompiler.exe")" >"$work/cfg/soak.ini"
 printf 'args=%s\r\no4 cdefgab>c\r\n' "$(win "$work/starts.txt")" >"$work/song.mml"
 
-# zcounts.exe's lines, without Wine's CRs.
+# zcounts.exe's lines (built from scripts/soak/zcounts.cpp), without Wine's CRs.
 counts() { wine "$work/zcounts.exe" "$@" 2>/dev/null | tr -d '\r'; }
 # Polls a command every 20 ms for at most $1 seconds.
 poll() {

@@ -5,8 +5,6 @@
 
 #include <windows.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "core/version.h"
@@ -15,12 +13,6 @@
 
 namespace zorvi::testing {
 namespace {
-
-std::string ReadAll(const std::string& path) {
-    std::ostringstream bytes;
-    bytes << std::ifstream(path, std::ios::binary).rdbuf();
-    return bytes.str();
-}
 
 // The control with this id anywhere inside the window (the pages are windows too).
 HWND FindControl(HWND window, int id) {
@@ -73,11 +65,10 @@ TEST(ConfigRun, F8ChangesTheCompilerAndF5RunsTheNewOne) {
 
     PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
     ASSERT_TRUE(WaitUntil(
-        [&] { return ReadAll(path("starts.txt")).find("cmdline=") != std::string::npos; }));
-    const std::string starts = ReadAll(path("starts.txt"));
+        [&] { return installation.Read("starts.txt").find("cmdline=") != std::string::npos; }));
+    const std::string starts = installation.Read("starts.txt");
     EXPECT_NE(starts.find("\\new\\zcompiler.exe"), std::string::npos) << starts;
     EXPECT_EQ(starts.find("\\old\\zcompiler.exe"), std::string::npos) << starts;
-    // Closing waits for the compile to end.
     // Closing during the compile asks whether to stop it: yes.
     PostMessageW(main, WM_CLOSE, 0, 0);
     HWND box = nullptr;

@@ -1,11 +1,14 @@
 // The real zorvi.exe in Japanese: its popup menu, the about window it opens,
-// and a failed compile's verdict above a UTF-8 log in the log window.
+// a failed compile's verdict above a UTF-8 log in the log window; and on a
+// Japanese system, a double-byte target's name in its caption.
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <cstdlib>
 #include <string>
 
+#include "core/version.h"
 #include "support/driver.h"
 
 namespace zorvi::testing {
@@ -14,12 +17,9 @@ namespace {
 TEST(Japanese, MenuAboutAndVerdictReadInJapanese) {
     Installation installation;
     const TempFolder& files = installation;
-    CreateDirectoryA((files / "tools").c_str(), nullptr);
     CreateDirectoryA((files / "cfg").c_str(), nullptr);
-    ASSERT_TRUE(CopyFileA(BesideTestProgram("zcompiler.exe").c_str(),
-                          (files / "tools\\zcompiler.exe").c_str(), FALSE));
     files.Write("cfg\\chain.ini",
-                "[Configure]\r\nConsole=" + files / "tools\\zcompiler.exe" +
+                "[Configure]\r\nConsole=" + BesideTestProgram("zcompiler.exe") +
                     "\r\nExtension=out\r\n[Option]\r\nUseCUI=1\r\nCUIWindowState=2\r\n"
                     "DetectError=1\r\n[Script]\r\nLine=1\r\n"
                     "Line1=$pp$zcompiler.exe $fp$$fn$ $fp$$fn2$.out $fp$$fn2$.log\r\n");
@@ -57,6 +57,28 @@ TEST(Japanese, MenuAboutAndVerdictReadInJapanese) {
                         L"\r\nE1: 不明な音符\r\n");
     PostMessageW(main, WM_CLOSE, 0, 0);
     EXPECT_TRUE(zorvi.WaitForExit().has_value());
+}
+
+// Run under code page 932 (Shift-JIS) by the cp932 registration; elsewhere it
+// skips. 表 (0x95 0x5C) and ソ (0x83 0x5C) end in the byte of "\".
+TEST(ShiftJis, TheMainWindowNamesADoubleByteTarget) {
+    // The cp932 registration asks for that code page: it must not skip.
+    if (const char* wanted = std::getenv("ZORVI_TEST_CODE_PAGE")) {
+        ASSERT_EQ(GetACP(), static_cast<UINT>(std::atoi(wanted)));
+    }
+    if (GetACP() != 932) GTEST_SKIP() << "needs code page 932; runs in the cp932 registration";
+    Installation zorvi;
+    ASSERT_TRUE(CreateDirectoryA((zorvi / "\x95\x5c").c_str(), nullptr));  // 表
+    zorvi.Write("\x95\x5c\\\x83\x5c\x95\x5c.mml", "o4 c");                  // 表\ソ表.mml
+    // Given as typed: relative to the folder Zorvi starts in, the extension in upper case.
+    Running run(zorvi, "\"\x95\x5c\\\x83\x5c\x95\x5c.MML\"");
+    const HWND main = run.WaitForWindow(L"ZorviMain");
+    ASSERT_NE(main, nullptr);
+    // The caption names the file in its case on disk, without its folder.
+    const std::string version = VersionText(ThisVersion());
+    EXPECT_EQ(WindowText(main), L"ソ表.mml - Zorvi v" + std::wstring(version.begin(), version.end()));
+    PostMessageW(main, WM_CLOSE, 0, 0);
+    EXPECT_EQ(run.WaitForExit(), std::optional<DWORD>(0));
 }
 
 }  // namespace

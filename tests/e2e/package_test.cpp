@@ -40,13 +40,6 @@ HWND WaitForLogHolding(Running& zorvi, const std::string& log, const std::wstrin
     return holds ? box : nullptr;
 }
 
-std::string Setting(const Installation& installation, const char* key) {
-    char value[300] = {};
-    GetPrivateProfileStringA("Setting", key, "<none>", value, sizeof value,
-                             (installation / "Zorvi.ini").c_str());
-    return value;
-}
-
 // A double click at the start of the text box's line that holds part.
 void DoubleClickLineOf(HWND box, const std::wstring& part) {
     const auto at = WindowText(box).find(part);
@@ -83,7 +76,10 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
         EXPECT_EQ(installation.Read("examples\\clean.mid").substr(0, 4), "MThd");
     }
     // Nothing chosen, nothing written.
-    EXPECT_EQ(Setting(installation, "Default"), "<none>");
+    char chosen[300] = {};
+    GetPrivateProfileStringA("Setting", "Default", "<none>", chosen, sizeof chosen,
+                             (installation / "Zorvi.ini").c_str());
+    EXPECT_STREQ(chosen, "<none>");
 
     CreateDirectoryA((installation.Path() + "\\tools").c_str(), nullptr);
     const std::string editor = installation.Path() + "\\tools\\zplayer.exe";

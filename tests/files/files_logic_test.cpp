@@ -1,5 +1,6 @@
-// Path text that needs no file system, and $variable$ expansion against a
-// made-up machine, console compiler and target.
+// Path text that needs no file system, $variable$ expansion against a
+// made-up machine, console compiler and target, and the escapes of values
+// written into a batch script, so that the interpreter runs nothing else.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -259,6 +260,36 @@ TEST(Variables, FactsAreAskedOnlyWhenATokenNeedsThem) {
     EXPECT_EQ(asked, 0);
     EXPECT_EQ(ExpandVariablesWith("$fn$ $fn$", false, false, facts), "y.mml y.mml");
     EXPECT_EQ(asked, 1);
+}
+
+TEST(BatchEscape, EachCharacterTheInterpreterActsOnIsEscapedForItsPlace) {
+    // Outside quotes and inside them.
+    ExpectRows<S, std::pair<S, S>>([](const S& value) {
+        return std::pair(EscapeForBatch(value, false), EscapeForBatch(value, true));
+    }, {
+        {"a b.mml", {"a b.mml", "a b.mml"}}, {",;='", {",;='", ",;='"}},
+        {"b&notepad&.mml", {"b^&notepad^&.mml", "b&notepad&.mml"}},
+        {"|<>^()!", {"^|^<^>^^^(^)^!", "|<>^()!"}}, {"100%.mml", {"100%%.mml", "100%%.mml"}},
+        {"%PATH%", {"%%PATH%%", "%%PATH%%"}},
+        // The second byte of a double-byte character is never escaped: without
+        // a lead-byte test no byte leads, so 0x5E passes as the caret it is.
+        {"\x95\x5e", {"\x95^\x5e", "\x95\x5e"}},
+    });
+}
+
+TEST(BatchEscape, ScriptLinesEscapeByTheQuotesBeforeEachToken) {
+    VariableFacts facts;
+    facts.targetFile = [] { return S("C:\\M&M (1)\\b&c%.mml"); };
+    facts.console = [] { return S("C:\\t!\\mc.exe"); };
+    const auto script = [&](const char* text) {
+        return ExpandVariablesWith(text, false, false, facts, true);
+    };
+    EXPECT_EQ(script("\"$pp$mc.exe\" \"$fp$$fn$\" > $fn2$.log"),
+              "\"C:\\t!\\mc.exe\" \"C:\\M&M (1)\\b&c%%.mml\" > b^&c%%.log");
+    // Quotes are counted per line: an odd one does not carry over.
+    EXPECT_EQ(script("echo \"$fn$\r\ncopy $fn$ x"), "echo \"b&c%%.mml\r\ncopy b^&c%%.mml x");
+    // Outside a script nothing is touched.
+    EXPECT_EQ(ExpandVariablesWith("$fn$", false, false, facts), "b&c%.mml");
 }
 
 }  // namespace

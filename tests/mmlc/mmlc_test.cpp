@@ -12,11 +12,14 @@
 #include "mmlc/mml_parse.h"
 #include "mmlc/mmlc_main.h"
 #include "settings/config_save.h"
+#include "support/rows.h"
 
 namespace mmlc {
 namespace {
 
 namespace fs = std::filesystem;
+using zorvi::testing::ExpectRows;
+using S = std::string;
 
 // "t150@0 | A0: 60@0+480v100 p5@480" : tempos, then each track with its
 // channel, its notes (key@start+duration v velocity) and programs (p).
@@ -49,10 +52,11 @@ std::vector<std::string> Describe(const std::vector<Diagnostic>& diagnostics) {
 }
 
 TEST(MmlParse, CommandsPlayTheirEvents) {
-    const struct {
-        const char* source;
-        const char* song;
-    } cases[] = {
+    ExpectRows<S, S>([](const S& source) {
+        const ParseResult result = ParseMml(source);
+        EXPECT_FALSE(result.HasErrors()) << testing::PrintToString(Describe(result.diagnostics));
+        return Describe(result.song);
+    }, {
         {"A c", "t120@0 | A0: 60@0+480v100"},
         {"A o5 c o0 c", "t120@0 | A0: 72@0+480v100 12@480+480v100"},
         {"A c+ d- e# b--",
@@ -88,13 +92,7 @@ TEST(MmlParse, CommandsPlayTheirEvents) {
         {"\xEF\xBB\xBFZ c d", "t120@0 | Z0: 60@0+480v100 62@480+480v100"},
         {"ABCDEFGHIJK r", "t120@0 | A0: B1: C2: D3: E4: F5: G6: H7: I8: J10: K11:"},
         {"", "t120@0 |"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.source);
-        const ParseResult result = ParseMml(c.source);
-        EXPECT_FALSE(result.HasErrors()) << testing::PrintToString(Describe(result.diagnostics));
-        EXPECT_EQ(Describe(result.song), c.song);
-    }
+    });
 }
 
 TEST(MmlParse, TitleBytesAreKept) {
@@ -115,38 +113,34 @@ Limits Small() {
 }
 
 TEST(MmlParse, EveryFaultIsReportedAtItsPlace) {
-    const struct {
-        std::string source;
-        bool small;  // with the Small() limits
-        std::vector<std::string> diagnostics;
-    } cases[] = {
-        {"A o9 c0 d1000 x",
-         false,
+    using Lines = std::vector<S>;
+    const auto diagnose = [](const S& source, bool small) {
+        const ParseResult result = ParseMml(source, small ? Small() : Limits{});
+        EXPECT_EQ(result.stoppedEarly, source == "A xxxxx");
+        return Describe(result.diagnostics);
+    };
+    ExpectRows<std::tuple<S, bool>, Lines>(diagnose, {
+        {{"A o9 c0 d1000 x", false},
          {"1:4 error: octave 9 is out of range (0 to 8)",
           "1:7 error: length 0 is out of range (1 to 192)",
           "1:10 error: length 1000 is out of range (1 to 192)", "1:15 error: unknown command 'x'"}},
-        {"A o0 < o8 > o",
-         false,
+        {{"A o0 < o8 > o", false},
          {"1:6 error: '<' goes below octave 0", "1:11 error: '>' goes above octave 8",
           "1:13 error: 'o' needs an octave (0 to 8)"}},
-        {"A t0 t1000 v128 @128 l",
-         false,
+        {{"A t0 t1000 v128 @128 l", false},
          {"1:4 error: tempo 0 is out of range (1 to 999)",
           "1:7 error: tempo 1000 is out of range (1 to 999)",
           "1:13 error: velocity 128 is out of range (0 to 127)",
           "1:18 error: program 128 is out of range (0 to 127)",
           "1:22 error: 'l' needs a length (1 to 192)"}},
-        {"A [c]0 [d]1000000000000000",
-         false,
+        {{"A [c]0 [d]1000000000000000", false},
          {"1:6 error: loop count 0 is out of range (1 to 255)",
           "1:11 error: loop count 100000000000... is out of range (1 to 255)"}},
-        {"A [[[[[[[[[c]]]]]]]]]", false, {"1:11 error: loops nest deeper than 8"}},
-        {"A [c\nB d]\nB [e",
-         false,
+        {{"A [[[[[[[[[c]]]]]]]]]", false}, {"1:11 error: loops nest deeper than 8"}},
+        {{"A [c\nB d]\nB [e", false},
          {"1:3 error: '[' is never closed with ']'", "2:4 error: ']' has no '[' before it",
           "3:3 error: '[' is never closed with ']'"}},
-        {"c\nA + 4 . a B \x01 /* x",
-         false,
+        {{"c\nA + 4 . a B \x01 /* x", false},
          {"1:1 error: music before any track name: begin the line with a track name, A to Z",
           "2:3 error: accidental '+' must follow a note name",
           "2:5 error: a number must follow a command",
@@ -154,11 +148,9 @@ TEST(MmlParse, EveryFaultIsReportedAtItsPlace) {
           "2:11 error: track name 'B' must stand at the start of a line",
           "2:13 error: unexpected byte 0x01",
           "2:15 error: comment '/*' is never closed with '*/'"}},
-        {"ABCDEFGHIJKLMNOP c",
-         false,
+        {{"ABCDEFGHIJKLMNOP c", false},
          {"1:18 error: track P is one too many: a MIDI file has 15 channels for melodies"}},
-        {"#title a\n#Title b\n#tempo 1\nA c7 c8..... & r c & d t3",
-         false,
+        {{"#title a\n#Title b\n#tempo 1\nA c7 c8..... & r c & d t3", false},
          {"2:1 warning: a second #title replaces the first",
           "3:1 warning: unknown directive '#tempo' is ignored",
           "4:4 warning: length 7 is no whole number of ticks; it is cut to 274",
@@ -166,34 +158,23 @@ TEST(MmlParse, EveryFaultIsReportedAtItsPlace) {
           "4:14 warning: '&' is followed by a rest; nothing is tied",
           "4:20 warning: '&' joins notes of different pitch; the second is struck anew",
           "4:24 warning: a MIDI file holds no tempo below 3.58; it plays at that"}},
-        {"A & &8 c&",
-         false,
+        {{"A & &8 c&", false},
          {"1:3 warning: '&' has no note before it to tie",
           "1:5 warning: '&' has no note before it; its length is a rest",
           "1:9 warning: '&' at the end of the track ties to nothing"}},
-        {"; nothing\n",
-         false,
+        {{"; nothing\n", false},
          {"1:1 warning: the song has no music: the MIDI file will hold no notes"}},
         // The limits: each is blamed on the outermost loop, or on the command that crossed it.
-        {std::string(65, ' '), true, {"1:1 error: the file is too large: more than 64 bytes"}},
-        {"A c\nB [[c]4]4",
-         true,
+        {{S(65, ' '), true}, {"1:1 error: the file is too large: more than 64 bytes"}},
+        {{"A c\nB [[c]4]4", true},
          {"2:3 error: more than 10 notes and program changes once the loops are played"}},
-        {"A [[r1]255]255", true, {"1:3 error: the track is longer than 100000 ticks"}},
-        {"A [[[o4]255]255]255",
-         true,
+        {{"A [[r1]255]255", true}, {"1:3 error: the track is longer than 100000 ticks"}},
+        {{"A [[[o4]255]255]255", true},
          {"1:3 error: the loops repeat too much: more than 1000 bytes to read again"}},
-        {"A xxxxx",
-         true,
+        {{"A xxxxx", true},
          {"1:3 error: unknown command 'x'", "1:4 error: unknown command 'x'",
           "1:5 error: unknown command 'x'"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.source);
-        const ParseResult result = ParseMml(c.source, c.small ? Small() : Limits{});
-        EXPECT_EQ(Describe(result.diagnostics), c.diagnostics);
-        EXPECT_EQ(result.stoppedEarly, c.source == "A xxxxx");
-    }
+    });
 }
 
 // A fresh folder for one test, removed afterwards.
@@ -263,21 +244,16 @@ TEST(MmlcMain, WritesTheFileOnlyWithoutErrors) {
                 written.push_back(name);
         }
         EXPECT_EQ(written, c.written);
-        // Whole lines, built by appending: GCC 12 warns falsely (-Wrestrict) about "\n" + a
-        // temporary.
+        // Whole lines, built by appending: GCC 12 warns falsely about "\n" + a temporary.
         std::string shown = "\n", line = "\n";
         shown += out.str() + err.str();
         line += atFolder(c.shown) + "\n";
         EXPECT_NE(shown.find(line), std::string::npos) << shown;
     }
-    for (const auto& [source, output] :
-         std::map<std::string, std::string>{{"song.mml", "song.mid"},
-                                            {"a.b/song", "a.b/song.mid"},
-                                            {"C:\\x.y\\s.t.mml", "C:\\x.y\\s.t.mid"},
-                                            {".mml", ".mml.mid"},
-                                            {"C:song", "C:song.mid"}}) {
-        EXPECT_EQ(DefaultOutputPath(source), output);
-    }
+    ExpectRows<S, S>(DefaultOutputPath, {
+        {"song.mml", "song.mid"}, {"a.b/song", "a.b/song.mid"},
+        {"C:\\x.y\\s.t.mml", "C:\\x.y\\s.t.mid"}, {".mml", ".mml.mid"}, {"C:song", "C:song.mid"},
+    });
 }
 
 #ifdef ZORVI_MIDICSV

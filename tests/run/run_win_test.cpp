@@ -49,8 +49,9 @@ protected:
         }
         // The stand-in's console line is another test's business.
         const auto withoutConsole = [](std::string text) {
-            for (auto at = text.find("console="); at != std::string::npos; at = text.find("console=")) {
+            for (auto at = text.find("console="); at != std::string::npos;) {
                 text.erase(at, text.find("\r\n", at) + 2 - at);
+                at = text.find("console=");
             }
             return text;
         };
@@ -77,7 +78,6 @@ TEST_F(RunWin, TheRunnerStartsThroughTheShellOrPlainly) {
         Texts arguments{};
     } cases[] = {
         {player, blank, true, true, " \"" + blank + "\"", folder.Path(), {blank}},
-        {player, "-x -y", false, true, " \"-x -y\"", folder.Path(), {"-x -y"}},
         {typed, "p1 p2", false, true, typed, here, {"typed"}},
         {typed, "", true, true, typed, here, {"typed"}},
         {typed, "p1 p2", true, false},
@@ -91,7 +91,7 @@ TEST_F(RunWin, TheRunnerStartsThroughTheShellOrPlainly) {
         DWORD exitCode = kUnchanged;
         clsExecute runner;
         EXPECT_EQ(runner.RunProgram(c.program, c.parameters, folder.Path(), process, exitCode,
-                                    SW_MINIMIZE, nullptr, c.wait),
+                                    SW_HIDE, nullptr, c.wait),
                   c.started);
         EXPECT_EQ(runner.StartError() == 0, c.started);
         // Only a running program's handle is handed out, never one closed after the wait.
@@ -108,14 +108,12 @@ TEST_F(RunWin, LaunchesAreRecordedWhileInteractiveAndEndedAtShutDown) {
     folder.Write("hang.mml", "hang=1\r\n");
     const std::size_t before = LaunchedPrograms().size();
     DWORD exitCode = kUnchanged;
-    ASSERT_TRUE(
-        ExecuteProgram(Tool("zplayer.exe"), "", "", SW_SHOWNORMAL, nullptr, true, exitCode));
+    ASSERT_TRUE(ExecuteProgram(Tool("zplayer.exe"), "", "", SW_HIDE, nullptr, true, exitCode));
     EXPECT_EQ(LaunchedPrograms().size(), before);
     mdlMain::SetInteractiveMode(true);
-    ASSERT_TRUE(
-        ExecuteProgram(Tool("zplayer.exe"), "", "", SW_SHOWNORMAL, nullptr, true, exitCode));
-    ASSERT_TRUE(ExecuteProgram(Tool("zcompiler.exe"), folder / "hang.mml", "", SW_SHOWNORMAL,
-                               nullptr, false, exitCode));
+    ASSERT_TRUE(ExecuteProgram(Tool("zplayer.exe"), "", "", SW_HIDE, nullptr, true, exitCode));
+    ASSERT_TRUE(ExecuteProgram(Tool("zcompiler.exe"), folder / "hang.mml", "", SW_HIDE, nullptr,
+                               false, exitCode));
     mdlMain::SetInteractiveMode(false);
     ASSERT_EQ(LaunchedPrograms().size(), before + 2);
     const LaunchedProgram& waited = LaunchedPrograms()[before];
@@ -151,13 +149,38 @@ TEST_F(RunWin, AQuitEndsTheWaitAndIsHandedOn) {
     UniqueHandle process;
     DWORD exitCode = kUnchanged;
     ASSERT_TRUE(runner.RunProgram(Tool("zcompiler.exe"), folder / "song.mml", "", process, exitCode,
-                                  SW_MINIMIZE, nullptr, true));
+                                  SW_HIDE, nullptr, true));
     EXPECT_EQ(exitCode, static_cast<DWORD>(STILL_ACTIVE));
     MSG message{};
     EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
     EXPECT_EQ(message.wParam, 7u);
     folder.Write("go", "");  // the compiler ends, writing song.out on its way out
     EXPECT_TRUE(testing::WaitUntil([&] { return mdlFile::FileExists(folder / "song.out"); }));
+}
+
+// The interpreter's start: its own console, or none for window state 0, and
+// an end that the wait sees at once.
+TEST_F(RunWin, AConsoleOnlyWhenShownAndTheEndSeenAtOnce) {
+    std::string line = "\"";
+    line += Tool("zplayer.exe") + "\" x";
+    for (const bool noConsole : {true, false}) {
+        SCOPED_TRACE(noConsole);
+        DeleteFileA((folder / "starts.txt").c_str());
+        clsExecute runner;
+        DWORD exitCode = kUnchanged;
+        ASSERT_TRUE(runner.RunConsole(line, SW_HIDE, noConsole, nullptr, exitCode));
+        EXPECT_EQ(exitCode, 0u);
+        EXPECT_NE(folder.Read("starts.txt").find(noConsole ? "console=0" : "console=1"),
+                  std::string::npos);
+        // The old wait slept 100 ms a round; now the end wakes it.
+        ASSERT_TRUE(runner.NoticeDelayMs().has_value());
+        EXPECT_LT(*runner.NoticeDelayMs(), 100.0);
+    }
+    // A program that cannot start says why and waits for nothing.
+    clsExecute runner;
+    DWORD exitCode = 0;
+    EXPECT_FALSE(runner.RunConsole("\"C:\\no\\such.exe\"", SW_HIDE, false, nullptr, exitCode));
+    EXPECT_NE(runner.StartError(), 0u);
 }
 
 // "Section/Key=value" lines into a settings file.
@@ -208,12 +231,12 @@ protected:
         mdlMain::SetAppTitle("Zorvi");
         mdlMain::SetTargetFile("");
     }
-    // The stand-in compiler writing song.out and song.log beside the song;
-    // extra "Section/Key=value" lines change or add keys.
+    // The stand-in compiler writing song.out and song.log beside the song, with
+    // no console window; extra "Section/Key=value" lines change or add keys.
     void Configure(const std::string& extra = "") const {
         const std::string keys =
             "Configure/Console=" + Tool("zcompiler.exe") + "\nConfigure/Extension=out\n" +
-            "Configure/Player=$pp$zplayer.exe\nOption/UseCUI=1\nOption/CUIWindowState=2\n" +
+            "Configure/Player=$pp$zplayer.exe\nOption/UseCUI=1\nOption/CUIWindowState=0\n" +
             "Option/DetectError=1\nOption/UseGUI=0\nScript/Line=1\n" +
             "Script/Line1=$pp$zcompiler.exe $fp$$fn$ $fp$$fn2$.out $fp$$fn2$.log\n" +
             "Required/ItemCount=1\nRequired/Item1=zcompiler.exe\n" + extra;
@@ -247,52 +270,58 @@ void CALLBACK CompileAgainAndChangeTheTarget(HWND, UINT, UINT_PTR timer, DWORD) 
     CloseHandle(CreateFileA(goFile.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
 }
 
-// The compile command keeps the names it started with to the end: the result
-// window shows this compile's log, the player gets this compile's output. The
-// song's folder has a blank: the script it wrote runs only with short folders.
-TEST_F(Compile, TheCommandRunsTheScriptItWroteAndKeepsItsNames) {
+// A compile of a song in a folder with a blank (the script it wrote runs only
+// with short folders) during which the target changes; the calls the host saw.
+Texts CompileChangedMidway(const std::string& orders, const TempFolder& folder) {
     CreateDirectoryA((folder / "my songs").c_str(), nullptr);
     folder.Write("other.mml", "");
     folder.Write("other.out", "");
     changedTarget = folder / "other.mml";
     goFile = folder / "go";
-    for (const bool error : {false, true}) {
-        SCOPED_TRACE(error ? "compile error" : "success");
-        Configure("Option/UseGUI=1");
-        DeleteFileA(goFile.c_str());
-        Song("wait=" + goFile + "\r\nlog=this compile\r\n" + (error ? "output=none\r\n" : ""),
-             "my songs\\song.mml");
-        RecordingHost host;
-        reenteringHost = &host;
-        busyAtReentry.clear();
-        SetTimer(nullptr, 0, 20, CompileAgainAndChangeTheTarget);
-        CMD_DoCompile(host);
-        EXPECT_FALSE(host.compiling);
-        EXPECT_EQ(busyAtReentry, std::vector<bool>{true});
-        const Texts success = {"Now Converting to song.out", "log on", "update", name};
-        EXPECT_EQ(host.calls, error ? Texts({success[0], name}) : success);
-        EXPECT_TRUE(boxes.empty());
-        if (error) {
-            const std::wstring text = testing::WindowText(ResultWindow().TextBox());
-            EXPECT_NE(text.find(L"Detect compiling error."), std::wstring::npos) << text;
-            EXPECT_TRUE(text.ends_with(L"\r\nthis compile\r\n")) << text;
-            ReleaseResultWindow();
-            continue;
-        }
-        const std::string output = folder / "my songs\\song.out";
-        EXPECT_TRUE(StartedLast(" \"" + output + "\"", here, {output}))
-            << folder.Read("starts.txt");
-    }
+    folder.Write("my songs\\song.mml", "wait=" + goFile + "\r\nlog=this compile\r\n" + orders);
+    mdlMain::SetTargetFile(folder / "my songs\\song.mml");
+    RecordingHost host;
+    reenteringHost = &host;
+    busyAtReentry.clear();
+    SetTimer(nullptr, 0, 20, CompileAgainAndChangeTheTarget);
+    CMD_DoCompile(host);
+    EXPECT_FALSE(host.compiling);
+    EXPECT_EQ(busyAtReentry, std::vector<bool>{true});
+    return host.calls;
+}
+
+// The compile command keeps the names it started with to the end: the player
+// gets this compile's output, the result window shows this compile's log and
+// verdict. The player's console and the result window come forward: these
+// cases run apart, holding the desktop.
+class CompileOnScreen : public Compile {};
+TEST_F(CompileOnScreen, TheCommandRunsTheScriptItWroteAndKeepsItsNames) {
+    Configure("Option/UseGUI=1");
+    EXPECT_EQ(CompileChangedMidway("", folder),
+              (Texts{"Now Converting to song.out", "log on", "update", name}));
+    EXPECT_TRUE(boxes.empty());
+    const std::string output = folder / "my songs\\song.out";
+    EXPECT_TRUE(StartedLast(" \"" + output + "\"", here, {output})) << folder.Read("starts.txt");
+}
+
+TEST_F(CompileOnScreen, TheResultWindowShowsThisCompilesLog) {
+    Configure("Option/UseGUI=1");
+    EXPECT_EQ(CompileChangedMidway("output=empty\r\n", folder),
+              (Texts{"Now Converting to song.out", name}));
+    EXPECT_TRUE(boxes.empty());
+    const std::wstring text = testing::WindowText(ResultWindow().TextBox());
+    EXPECT_NE(text.find(L"Generated 0 byte file."), std::wstring::npos) << text;
+    EXPECT_TRUE(text.ends_with(L"\r\nthis compile\r\n")) << text;
+    ReleaseResultWindow();
 }
 
 // Every road of the compile command, run through Wine's cmd.exe: the stops
-// and their notices, the verdicts in the result window, COMSPEC, $temp$ and
-// short names. The busy flag is TheCommandRunsTheScriptItWrote's.
+// and their notices, COMSPEC, $temp$ and short names; the verdicts through the
+// command-line compile, which returns them rather than showing a window.
 TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
     const std::string script = ScriptFilePath();
     char comSpec[MAX_PATH] = {};
     GetEnvironmentVariableA("COMSPEC", comSpec, MAX_PATH);
-    const Texts ran = {"log on", "update"};
     struct Row {
         const char* name;
         std::string extra{};            // configuration keys; "-": no configuration file
@@ -303,7 +332,7 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
         bool converting = true;         // the status bar said "Now Converting to ..."
         Texts calls{};                  // then these, then the configuration's name
         std::wstring box{}, boxEnd{};   // the one notice: its text from the title on, its end
-        std::wstring verdict{};         // the result window shows this compile error
+        int verdict = -1;               // >= 0: run as the command-line compile, returning this
     };
     const Row rows[] = {
         {.name = "target missing", .song = "gone", .converting = false},
@@ -320,12 +349,9 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
         {.name = "no console: only the player, which is missing",
          .extra = "Option/UseCUI=0\nOption/UseGUI=1\nConfigure/Player=C:\\nowhere\\p.exe",
          .calls = {"update"}, .box = L"Check|Windows program not found.\r\nC:\\nowhere\\p.exe"},
-        {.name = "no output", .orders = "output=none", .verdict = L"Detect compiling error."},
+        {.name = "no output", .orders = "output=none", .verdict = 1},
         {.name = "an old output left as it was", .orders = "output=keep", .oldOutput = "old",
-         .verdict = L"Detect compiling error."},
-        {.name = "zero bytes", .orders = "output=empty", .verdict = L"Generated 0 byte file."},
-        {.name = "a blank in the name: short names, renamed back", .song = "my song.mml",
-         .oldOutput = "old", .calls = ran},
+         .verdict = 1},
         // $temp$ names a fresh file in the compiler's folder, gone afterwards;
         // without error detection no output is no error.
         {.name = "$temp$", .extra = "Configure/Console=" + (folder / "mc.exe") +
@@ -334,7 +360,8 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
          .calls = {"log off", "update"}},
         // The interpreter is found by its name alone. Started bare, one named
         // with a switch would wait for typed commands, and the compile for it.
-        {.name = "interpreter elsewhere", .comSpec = "C:\\nowhere\\cmd.exe", .calls = ran},
+        {.name = "short names, renamed back; the interpreter elsewhere", .song = "my song.mml",
+         .oldOutput = "old", .comSpec = "C:\\nowhere\\cmd.exe", .calls = {"log on", "update"}},
         {.name = "no such interpreter", .comSpec = "C:\\nowhere\\nocmd.exe",
          .box = L"Error|nocmd.exe\r\n", .boxEnd = L":Compile)"},
         {.name = "a switch in COMSPEC", .comSpec = "C:\\windows\\system32\\cmd.exe /Q",
@@ -351,7 +378,11 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
         boxes.clear();
         RecordingHost host;
         const UINT_PTR guard = SetTimer(nullptr, 0, 10000, AskToQuit);
-        CMD_DoCompile(host);
+        if (c.verdict >= 0) {
+            EXPECT_EQ(DoCompile2(song, "", false), c.verdict);
+        } else {
+            CMD_DoCompile(host);
+        }
         KillTimer(nullptr, guard);
         MSG quit;
         EXPECT_FALSE(PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "waited 10 s";
@@ -360,18 +391,18 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
         const std::string converting = "Now Converting to " + mdlFile::GetBaseName(song) + ".out";
         if (c.converting) calls.insert(calls.begin(), converting);
         calls.push_back(name);
-        EXPECT_EQ(host.calls, calls);
+        EXPECT_EQ(host.calls, c.verdict < 0 ? calls : Texts{});
         ASSERT_EQ(boxes.size(), c.box.empty() ? 0u : 1u);
         if (!c.box.empty()) {
             EXPECT_NE(boxes[0].find(L" - " + c.box), std::wstring::npos) << boxes[0];
             EXPECT_TRUE(boxes[0].ends_with(c.boxEnd)) << boxes[0];
         }
-        const HWND result = FindWindowW(L"ZorviResult", nullptr);
-        EXPECT_EQ(result && IsWindowVisible(result), !c.verdict.empty());
-        if (result) {
-            const std::wstring text = testing::WindowText(ResultWindow().TextBox());
-            EXPECT_NE(text.find(c.verdict), std::wstring::npos) << text;
-            ReleaseResultWindow();
+        // No result window of this process came up (other programs may show theirs).
+        for (HWND shown = FindWindowExW(nullptr, nullptr, L"ZorviResult", nullptr); shown;
+             shown = FindWindowExW(nullptr, shown, L"ZorviResult", nullptr)) {
+            DWORD owner = 0;
+            GetWindowThreadProcessId(shown, &owner);
+            EXPECT_FALSE(owner == GetCurrentProcessId() && IsWindowVisible(shown));
         }
         // Nothing is left under a short name, of $temp$, or of a failed run.
         Texts files;
@@ -383,8 +414,8 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
         RemoveDirectoryA(script.c_str());
     }
     SetEnvironmentVariableA("COMSPEC", comSpec);
-    // The command-line compile returns the verdict; its configuration comes
-    // here through the extension filter, as Setting/Default names none that exists.
+    // A zero-byte output's verdict; the configuration comes here through the
+    // extension filter, as Setting/Default names none that exists.
     WriteKeys("Setting/Default=none\nFilter/ItemCount=1\nFilter/Extension1=.txt;.MML\n"
               "Filter/Default1=" + name, folder / "Zorvi.ini");
     Configure();
@@ -394,7 +425,7 @@ TEST_F(Compile, EveryRoadClearsTheFlagAndEndsWithTheConfigurationsName) {
 }
 
 // $pp$ with no configuration named is the active configuration's compiler folder.
-TEST_F(Compile, TheEditorOpensTheTargetInTheProgramsFolder) {
+TEST_F(CompileOnScreen, TheEditorOpensTheTargetInTheProgramsFolder) {
     Configure();
     const std::string song = Song("", "song.mml");
     WriteIni("Option", "AutoOpen", "1", folder / "Zorvi.ini");

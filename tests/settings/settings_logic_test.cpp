@@ -1,11 +1,14 @@
-// The settings files' list layouts, list cleaning, and the ordered writes of
-// saving a configuration with its safe name and the three compared settings.
+// The settings files' list layouts, list cleaning, the ordered writes of
+// saving a configuration with its safe name and the three compared settings,
+// and the active configuration when none is named.
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <set>
 
 #include "settings/config_save.h"
 #include "settings/list_layouts.h"
+#include "settings/preset.h"
 #include "support/rows.h"
 
 namespace zorvi::settings {
@@ -154,6 +157,19 @@ TEST(ConfigSave, VisibleSettingsAreWrittenOnlyWhenTheyDiffer) {
         {{false, 16, true, {0, 16, "japanese"}}, "M Setting: Language=Japanese/3"},
         {{true, 16, false, {2, 16, "English"}}, "M Option: AlwaysTop=1/1"},  // a hand-set 2
         {{false, 44, false, {0, 300, "English"}}, "M Option: IconSize=44/2"},
+    });
+}
+
+TEST(Preset, ExampleStandsInForAMissingDefault) {
+    using Names = std::set<S>;
+    ExpectRows<std::tuple<S, Names>, S>([](const S& stored, const Names& existing) {
+        return ActivePresetName(stored, [&](const S& name) { return existing.contains(name); });
+    }, {
+        {{"", {"Example", "mine"}}, "Example"},   // a first start
+        {{"gone", {"Example"}}, "Example"},       // the chosen file was deleted
+        {{"mine", {"Example", "mine"}}, "mine"},  // a choice is kept
+        {{"", {"mine"}}, ""},                     // no example: as stored
+        {{"gone", {}}, "gone"},                   // ... so the compile names it
     });
 }
 

@@ -8,11 +8,13 @@
 #include "settings/config_save_win.h"
 #include "settings/ini_win.h"
 #include "settings/lists_win.h"
+#include "support/rows.h"
 #include "support/temp_folder.h"
 
 namespace zorvi::settings {
 namespace {
 
+using zorvi::testing::ExpectRows;
 using zorvi::testing::TempFolder;
 using Texts = std::vector<std::string>;
 
@@ -26,25 +28,21 @@ TEST(SettingsWin, ProfileFunctionsOnRealFiles) {
     ASSERT_TRUE(WriteIni("Setting", "Default", "fast", file));
     EXPECT_EQ(folder.Read("Zorvi.ini"), "[Main]\r\nWidth=4410\r\n[Setting]\r\nDefault=fast\r\n");
     EXPECT_EQ(ReadIni("setting", "DEFAULT", "", file), "fast");
-    const struct {
-        std::string stored, text;  // text: what ReadIni gives
-        int number;                // ReadIniInt with the default 99
-        bool exactlyOne, nonZero;  // the two flag tests
-    } cases[] = {
-        {"12abc", "12abc", 12, false, true}, {"-5", "-5", -5, false, true},
-        {" 7", "7", 7, false, true},         {"abc", "abc", 0, false, false},
-        {"", "", 99, false, false},          {"1", "1", 1, true, true},
-        {std::string(400, 'v'), std::string(299, 'v'), 0, false, false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.stored.substr(0, 10) + " " + std::to_string(c.stored.size()));
-        ASSERT_TRUE(WriteIni("Option", "AutoSetFile", c.stored, file));
-        ASSERT_TRUE(WriteIni("Option", "UseAltPopUp", c.stored, file));
-        EXPECT_EQ(ReadIni("Option", "AutoSetFile", "", file), c.text);
-        EXPECT_EQ(ReadIniInt("Option", "AutoSetFile", 99, file), c.number);
-        EXPECT_EQ(ReadIniFlag(main_file::kAutoSetFile, file), c.exactlyOne);
-        EXPECT_EQ(ReadIniFlag(main_file::kUseAltPopUp, file), c.nonZero);
-    }
+    // Stored -> what ReadIni gives, ReadIniInt with the default 99, the two flag tests.
+    using Read = std::tuple<std::string, int, bool, bool>;
+    ExpectRows<std::string, Read>([&](const std::string& stored) {
+        WriteIni("Option", "AutoSetFile", stored, file);
+        WriteIni("Option", "UseAltPopUp", stored, file);
+        return Read(ReadIni("Option", "AutoSetFile", "", file),
+                    ReadIniInt("Option", "AutoSetFile", 99, file),
+                    ReadIniFlag(main_file::kAutoSetFile, file),
+                    ReadIniFlag(main_file::kUseAltPopUp, file));
+    }, {
+        {"12abc", {"12abc", 12, false, true}}, {"-5", {"-5", -5, false, true}},
+        {" 7", {"7", 7, false, true}}, {"abc", {"abc", 0, false, false}},
+        {"", {"", 99, false, false}}, {"1", {"1", 1, true, true}},
+        {std::string(400, 'v'), {std::string(299, 'v'), 0, false, false}},
+    });
 }
 
 TEST(SettingsWin, ListsOnDisk) {

@@ -9,7 +9,6 @@
 //   output=empty  write OUTPUT with 0 bytes
 //   output=keep   leave OUTPUT as it is (an old one stays old)
 //   log=TEXT      one log line (repeatable, in order)
-//   exit=N        end with exit code N (default 0)
 //   wait=PATH     first wait until PATH exists (the test makes it; 60 s safety net)
 //   hang=1        after writing, run until killed (10-minute safety net, exit 124)
 //   pid=PATH      write this process's id and CRLF to PATH at once
@@ -18,7 +17,6 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <set>
@@ -31,12 +29,11 @@ int main(int argc, char** argv) {
         return 2;
     }
     const std::string input = argv[1];
-    std::map<std::string, std::string> orders{{"output", "ok"}, {"exit", "0"}, {"hang", "0"}};
+    std::map<std::string, std::string> orders{{"output", "ok"}, {"hang", "0"}};
     std::string log;
     for (std::string line; std::getline(source, line);) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        static const std::set<std::string> kKeys{"output", "log", "exit", "wait", "hang", "pid",
-                                                 "args"};
+        static const std::set<std::string> kKeys{"output", "log", "wait", "hang", "pid", "args"};
         static const std::set<std::string> kOutputs{"ok", "none", "empty", "keep"};
         const auto equals = line.find('=');
         const std::string key = line.substr(0, equals), value = line.substr(equals + 1);
@@ -80,5 +77,5 @@ int main(int argc, char** argv) {
 
     // Our own process never signals while we run: a wait that only a kill ends.
     if (orders["hang"] != "0") return WaitForSingleObject(GetCurrentProcess(), 10 * 60 * 1000), 124;
-    return std::atoi(orders["exit"].c_str());
+    return 0;
 }
