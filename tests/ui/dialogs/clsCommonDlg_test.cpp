@@ -6,10 +6,6 @@
 
 #include <commdlg.h>
 
-#include <functional>
-#include <string>
-
-#include "support/temp_folder.h"
 #include "ui/dialogs/clsCommonDlg.h"
 #include "ui/window_helpers.h"
 

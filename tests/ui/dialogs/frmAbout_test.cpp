@@ -1,23 +1,14 @@
 // The about window in this process (labels, sizes, keys, closing), F1 and
-// Ctrl+F1 of the main window, the language switch of the about, result and
-// main windows, and the code page of the log window.
+// Ctrl+F1 of the main window, the language switch of the about and result
+// windows, and the code page of the log window.
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
-#include <fstream>
-#include <functional>
 #include <optional>
-#include <string>
 
-#include "core/mdlMain.h"
-#include "core/messages_win.h"
 #include "core/wide_win.h"
-#include "files/path_win.h"
 #include "res/build_info.h"
 #include "run/clsExecute.h"
 #include "settings/ini_win.h"
-#include "support/temp_folder.h"
 #include "support/wait.h"
 #include "ui/dialogs/about_text.h"
 #include "ui/dialogs/frmAbout.h"
@@ -26,48 +17,26 @@
 #include "ui/main/mdlView.h"
 #include "ui/result/frmResult.h"
 #include "ui/text_font_win.h"
+#include "ui/window_helpers.h"
 
 namespace zorvi {
 namespace {
 
 using testing::WindowText;
 
-// The state the windows read, in a fresh folder, every box answered OK;
-// put back afterwards.
-struct Scope {
+// The state the windows read, with the target piece.mml of a fresh folder.
+struct Scope : testing::Session {
     Scope() {
-        mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
         mdlMain::SetTargetFile(folder / "piece.mml");
-        mdlMain::SetInteractiveMode(true);
-        mdlMain::SetLanguageOffset(0);
         mdlMain::ClearShuttingDownForTesting();
     }
-    ~Scope() {
-        mdlMain::SetMainSettingsPath(settings);
-        mdlMain::SetTargetFile({});
-        mdlMain::SetLanguageOffset(0);
-        mdlMain::ClearShuttingDownForTesting();
-        SetMessageBoxFunction(std::move(boxes));
-    }
-    std::string settings = mdlMain::MainSettingsPath();
-    MessageBoxFunction boxes = SetMessageBoxFunction(
-        [](HWND, const std::wstring&, const std::wstring&, UINT) { return IDOK; });
-    testing::TempFolder folder;
+    ~Scope() { mdlMain::ClearShuttingDownForTesting(); }
 };
 
 bool Visible(HWND window) { return IsWindowVisible(window) != FALSE; }
 HFONT FontOf(HWND window) {
     return reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
 }
-
-// A main window whose about command opens the about window, as at start-up.
-struct MainWindow {
-    MainWindow() {
-        if (!window.Create(nullptr)) throw std::runtime_error("no main window");
-        window.SetAboutCommand([owner = window.Handle()](int) { AboutWindow(owner).ShowAbout(); });
-    }
-    frmZorvi window;
-};
 
 TEST(AboutWindow, LabelsSizesKeysAndClosing) {
     Scope scope;
@@ -115,14 +84,9 @@ TEST(AboutWindow, LabelsSizesKeysAndClosing) {
     // Ctrl+Right moves the window; Ctrl+Shift+Down, a resize elsewhere, does nothing here.
     about.ShowAbout();
     for (const auto& [key, moved] : {std::pair{VK_RIGHT, 512}, std::pair{VK_DOWN, 0}}) {
-        BYTE saved[256], held[256];
-        GetKeyboardState(saved);
-        CopyMemory(held, saved, sizeof held);
-        held[VK_CONTROL] = held[key == VK_DOWN ? VK_SHIFT : VK_CONTROL] = 0x80;
-        SetKeyboardState(held);
         const auto before = GetWindowBoxTwips(about.Handle());
-        SendMessageW(about.TextBox(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
-        SetKeyboardState(saved);
+        testing::SendKey(about.TextBox(), key,
+                         key == VK_DOWN ? std::vector{VK_CONTROL, VK_SHIFT} : std::vector{VK_CONTROL});
         EXPECT_NEAR(GetWindowBoxTwips(about.Handle())->left - before->left, moved, 15) << key;
         EXPECT_EQ(GetWindowBoxTwips(about.Handle())->height, before->height) << key;
     }
@@ -139,8 +103,11 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
     const std::string help = mdlFile::GetAppFolder() + "ZorviHelpTest.CHM";
     const std::string chm("ITSF\3\0\0\0", 8);
     {
-        MainWindow main;
-        frmAbout& about = AboutWindow(main.window.Handle());
+        // Its about command opens the about window, as at start-up.
+        frmZorvi main;
+        ASSERT_TRUE(main.Create(nullptr));
+        main.SetAboutCommand([owner = main.Handle()](int) { AboutWindow(owner).ShowAbout(); });
+        frmAbout& about = AboutWindow(main.Handle());
         const struct {
             const char* name;
             std::optional<std::string> file;  // nullopt: no help file
@@ -157,7 +124,7 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
             DeleteFileA(help.c_str());
             if (c.file) std::ofstream(help, std::ios::binary) << *c.file;
             const std::size_t launches = LaunchedPrograms().size();
-            main.window.Form_KeyDown(VK_F1, c.shift);
+            main.Form_KeyDown(VK_F1, c.shift);
             const bool opened = LaunchedPrograms().size() > launches;
             EXPECT_EQ(opened, c.opened);
             if (opened) {
@@ -173,7 +140,6 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
 
 TEST(Language, EveryOpenWindowRelabelsItself) {
     Scope scope;
-    MainWindow main;
     frmAbout& about = AboutWindow();
     about.ShowAbout();
     frmResult& result = ResultWindow();
@@ -196,9 +162,6 @@ TEST(Language, EveryOpenWindowRelabelsItself) {
         {[&] { result.ChangeLangResult(); },
          [&] { return WindowText(result.Handle()).substr(0, 18); }, L"Zorvi - Log Window",
          L"Zorvi - ログウィンドウ - "},
-        {[&] { main.window.ChangeLangZorvi(); },
-         [&] { return main.window.ToolTipText(frmZorvi::kCompile); }, L"Execute Compile",
-         L"コンパイルを実行"},
     };
     for (const int offset : {1000, 0}) {
         mdlMain::SetLanguageOffset(offset);

@@ -4,13 +4,6 @@
 // for good, after which closing always destroys.
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
-#include <string>
-#include <vector>
-
-#include "core/mdlMain.h"
-#include "support/temp_folder.h"
 #include "support/wait.h"
 #include "ui/main/mdlView.h"
 #include "ui/result/frmResult.h"
