@@ -138,9 +138,23 @@ struct Session {
         });
 
 private:
-    static std::string Tag() { return "z" + std::to_string(GetCurrentProcessId()); }
+    static std::string Tag() {
+        return std::string("z").append(std::to_string(GetCurrentProcessId()));
+    }
     std::vector<std::string> configurations_;
 };
+
+inline bool Visible(HWND window) { return IsWindowVisible(window) != FALSE; }
+
+// An answer to a file dialog: the name typed into its name box (a combo box
+// in the explorer style), then OK.
+inline std::function<void(HWND)> TypeFileName(std::string name) {
+    return [name](HWND dialog) {
+        const HWND combo = GetDlgItem(dialog, 0x47C);
+        SetWindowTextA(combo ? combo : GetDlgItem(dialog, 0x480), name.c_str());
+        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+    };
+}
 
 // Serves what is already queued for this thread.
 inline void ServeQueue() {

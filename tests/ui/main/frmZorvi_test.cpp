@@ -25,6 +25,7 @@ namespace {
 
 using Z = frmZorvi;
 using testing::SendKey;
+using testing::Visible;
 
 // One main window, started with the file given. The compile notes whether
 // the watch timer ran meanwhile, and keeps the busy flag as the real one does.
@@ -56,7 +57,6 @@ struct Zorvi : testing::Session {
     frmZorvi window;
 };
 
-bool Visible(HWND window) { return IsWindowVisible(window) != FALSE; }
 std::string Twips(int pixels) { return std::to_string(PixelsToTwips(pixels, GetScreenDpi().x)); }
 
 // What the window shows, as named facts; a step compares those it names.
@@ -205,11 +205,8 @@ TEST(MainWindow, StepsOfOneSession) {
          "target=sub\\b.mml"},
         {"F2 asks in the newest entry's folder; a new name becomes an empty target",
          [&] {
-             EXPECT_TRUE(testing::AnswerModal(L"#32770", key(z.H(), VK_F2), [](HWND dialog) {
-                 const HWND combo = GetDlgItem(dialog, 0x47C);  // the explorer style's name box
-                 SetWindowTextW(combo ? combo : GetDlgItem(dialog, 0x480), L"fresh.mml");
-                 PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-             }));
+             EXPECT_TRUE(testing::AnswerModal(L"#32770", key(z.H(), VK_F2),
+                                              testing::TypeFileName("fresh.mml")));
              EXPECT_TRUE(mdlFile::FileExists(fresh) && z.folder.Read("sub\\fresh.mml").empty());
          },
          "target=sub\\fresh.mml; caption=fresh.mml - Zorvi"},

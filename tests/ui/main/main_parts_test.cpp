@@ -75,9 +75,9 @@ TEST(MainMenus, ChoosingAConfigurationOrAPlayerWritesItAndMovesTheCheck) {
                 "zplayer.exe\r\n");
     const std::string second = zorvi.Configuration("B&c", "[Option]\r\nUseGUI=1\r\n");
     const std::string first = zorvi.Configuration("a", "[Option]\r\nUseGUI=1\r\n");
-    const std::string tag = first.substr(0, first.size() - 1), last = tag + "m1997";
+    const std::string tag = first.substr(0, first.size() - 1), last = tag + "1997";
     // A thousand configurations and more, empty: the menus are built all the same.
-    for (int i = 1000; i < 1998; ++i) zorvi.Configuration("m" + std::to_string(i), "");
+    for (int i = 1000; i < 1998; ++i) zorvi.Configuration(std::to_string(i), "");
     WriteIni("Setting", "Default", first, zorvi.MainFile());
     frmZorvi& window = *zorvi.window;
     window.ViewChange_DefinedScript();
