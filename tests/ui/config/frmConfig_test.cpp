@@ -339,7 +339,7 @@ TEST_F(Configure, LauncherAndFilterRecordsAreSavedInTheirOrder) {
 TEST_F(Configure, BadInputCancelAndTheCloseBoxWriteNothing) {
     const std::string name = s.Configuration("bad", "[Configure]\r\nConsole=C:\\a.exe\r\n");
     std::string script;
-    for (int i = 0; i < 10000; ++i) script += "echo\r\n";
+    for (int i = 0; i < 4097; ++i) script += "echo\r\n";
     const struct {
         HWND (frmConfig::*control)(int) const;
         int index;
@@ -349,7 +349,7 @@ TEST_F(Configure, BadInputCancelAndTheCloseBoxWriteNothing) {
         {&frmConfig::txtText, 0, "abc", L"Timer interval must be a whole number from 10 to 60000."},
         {&frmConfig::txtText, 1, "100", L"Icon size must be a whole number from 8 to 64."},
         {&frmConfig::txtScript, 0, script,
-         L"BAT script has 10000 lines; at most 4096 lines can be saved."},
+         L"BAT script has 4097 lines; at most 4096 lines can be saved."},
     };
     frmConfig& window =
         Open("[Setting]\r\nDefault=" + name + "\r\n[Option]\r\nTimerInterval=300\r\n");
