@@ -10,7 +10,6 @@
 
 #include "core/strings_win.h"
 #include "core/wide_win.h"
-#include "settings/ini_win.h"
 #include "support/wait.h"
 #include "ui/config/frmConfig.h"
 #include "ui/dialogs/InputBox.h"
