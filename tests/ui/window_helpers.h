@@ -1,12 +1,22 @@
-// What the window tests share: keys sent with modifiers held, serving this
-// thread's queue, and answering a menu or dialog from inside its modal loop.
+// What the window tests share: the settings and boxes of a session, keys sent
+// with modifiers held, dropped files, menus read back, serving this thread's
+// queue, and answering a menu or dialog from inside its modal loop.
 #pragma once
 
 #include <windows.h>
 
+#include <shlobj.h>
+
+#include <fstream>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
+
+#include "core/mdlMain.h"
+#include "core/messages_win.h"
+#include "files/path_win.h"
+#include "support/temp_folder.h"
 
 namespace zorvi::testing {
 
@@ -22,6 +32,128 @@ inline void SendKey(HWND window, int key, const std::vector<int>& held = {}) {
     SendMessageW(window, alt ? WM_SYSKEYDOWN : WM_KEYDOWN, static_cast<WPARAM>(key),
                  alt ? (1 | (KF_ALTDOWN << 16)) : 1);
     SetKeyboardState(saved);
+}
+
+// Files as the shell hands them to a window they are dropped on (ANSI names).
+inline void Drop(HWND window, const std::vector<std::string>& files) {
+    std::string names;
+    for (const auto& file : files) names += file + '\0';
+    const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() + 1);
+    auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
+    drop->pFiles = sizeof(DROPFILES);
+    names.copy(reinterpret_cast<char*>(drop + 1), names.size());
+    GlobalUnlock(memory);
+    SendMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
+}
+
+// The captions of a menu's entries, in order.
+inline std::vector<std::wstring> MenuTexts(HMENU menu) {
+    std::vector<std::wstring> texts;
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        wchar_t text[512] = {};
+        GetMenuStringW(menu, static_cast<UINT>(i), text, 512, MF_BYPOSITION);
+        texts.push_back(text);
+    }
+    return texts;
+}
+
+// The position of the first entry whose caption holds part; -1 when none.
+inline int FindEntry(HMENU menu, const std::wstring& part) {
+    const auto texts = MenuTexts(menu);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (texts[i].find(part) != std::wstring::npos) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+inline std::string Bytes(const std::string& path) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+// A configuration file in the program's own cfg folder, where the windows look for them.
+inline std::string CfgPath(const std::string& name, const char* extension = ".ini") {
+    return mdlFile::GetAppFolder() + "cfg\\" + name + extension;
+}
+
+// What the windows read, in a fresh folder whose Zorvi.ini holds the settings
+// given; message boxes are recorded and answered with `answer`; configurations
+// made through Configuration are removed afterwards. Put back afterwards.
+struct Session {
+    explicit Session(const std::string& settings = {}) {
+        folder.Write("Zorvi.ini", settings);
+        mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
+        mdlMain::SetTargetFile({});
+        mdlMain::SetInteractiveMode(true);
+        mdlMain::SetLanguageOffset(0);
+        CreateDirectoryA(CfgPath("", "").c_str(), nullptr);
+    }
+    ~Session() {
+        SetMessageBoxFunction(std::move(previous));
+        mdlMain::SetTargetFile({});
+        mdlMain::SetLanguageOffset(0);
+        for (const auto& name : configurations_) DeleteFileA(CfgPath(name).c_str());
+        // The backups a save left, found at once rather than tried name by name.
+        WIN32_FIND_DATAA found;
+        const HANDLE find = FindFirstFileA(CfgPath(Tag(), "*.txt").c_str(), &found);
+        for (BOOL more = find != INVALID_HANDLE_VALUE; more; more = FindNextFileA(find, &found)) {
+            DeleteFileA(CfgPath(found.cFileName, "").c_str());
+        }
+        if (find != INVALID_HANDLE_VALUE) FindClose(find);
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // A configuration name of this process; its files are removed afterwards.
+    std::string Name(const std::string& base) {
+        configurations_.push_back(Tag() + base);
+        return configurations_.back();
+    }
+    std::string Configuration(const std::string& base,
+                              const std::string& text = "[Configure]\r\n") {
+        const std::string name = Name(base);
+        const HANDLE file = CreateFileA(CfgPath(name).c_str(), GENERIC_WRITE, 0, nullptr,
+                                        CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+        DWORD written = 0;
+        WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+        CloseHandle(file);
+        return name;
+    }
+    std::string MainFile() const { return folder / "Zorvi.ini"; }
+    std::string Setting(const char* section, const std::string& key,
+                        const std::string& file = {}) const {
+        char value[300] = {};
+        GetPrivateProfileStringA(section, key.c_str(), "", value, 300,
+                                 (file.empty() ? MainFile() : file).c_str());
+        return value;
+    }
+
+    TempFolder folder;
+    std::vector<std::wstring> boxes;
+    int answer = IDOK;
+    MessageBoxFunction previous = SetMessageBoxFunction(
+        [this](HWND, const std::wstring& text, const std::wstring&, UINT) {
+            return boxes.push_back(text), answer;
+        });
+
+private:
+    static std::string Tag() {
+        return std::string("z").append(std::to_string(GetCurrentProcessId()));
+    }
+    std::vector<std::string> configurations_;
+};
+
+inline bool Visible(HWND window) { return IsWindowVisible(window) != FALSE; }
+
+// An answer to a file dialog: the name typed into its name box (a combo box
+// in the explorer style), then OK.
+inline std::function<void(HWND)> TypeFileName(std::string name) {
+    return [name](HWND dialog) {
+        const HWND combo = GetDlgItem(dialog, 0x47C);
+        SetWindowTextA(combo ? combo : GetDlgItem(dialog, 0x480), name.c_str());
+        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+    };
 }
 
 // Serves what is already queued for this thread.

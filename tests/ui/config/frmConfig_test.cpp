@@ -4,47 +4,26 @@
 // back from the files and the main window.
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
-#include <shlobj.h>
-
 #include <deque>
-#include <fstream>
-#include <functional>
-#include <sstream>
 #include <memory>
 #include <optional>
-#include <string>
-#include <vector>
 
-#include "core/mdlMain.h"
-#include "core/messages_win.h"
 #include "core/strings_win.h"
 #include "core/wide_win.h"
-#include "files/path_win.h"
-#include "settings/ini_win.h"
-#include "support/temp_folder.h"
 #include "support/wait.h"
 #include "ui/config/frmConfig.h"
 #include "ui/dialogs/InputBox.h"
 #include "ui/main/frmZorvi.h"
 #include "ui/main/mdlView.h"
 #include "ui/main/placement.h"
+#include "ui/window_helpers.h"
 
 namespace zorvi {
 namespace {
 
-using testing::TempFolder;
+using testing::Bytes;
+using testing::CfgPath;
 using testing::WindowText;
-
-void WriteBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
-std::string Bytes(const std::string& path) {
-    std::ostringstream bytes;
-    bytes << std::ifstream(path, std::ios::binary).rdbuf();
-    return bytes.str();
-}
 
 void Click(HWND button) { SendMessageW(button, BM_CLICK, 0, 0); }
 void Type(HWND box, const std::string& text) {
@@ -78,71 +57,26 @@ void MakeShortcut(const std::string& link, const std::string& target,
     CoUninitialize();
 }
 
-// Files as the shell hands them to a window they are dropped on.
-HDROP MakeDrop(const std::vector<std::string>& paths) {
-    std::string list;
-    for (const auto& path : paths) list += path + '\0';
-    list += '\0';
-    const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + list.size());
-    auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
-    drop->pFiles = sizeof(DROPFILES);
-    CopyMemory(reinterpret_cast<char*>(drop) + sizeof(DROPFILES), list.data(), list.size());
-    GlobalUnlock(memory);
-    return static_cast<HDROP>(memory);
-}
-
-// A main window and its configuration window. Message boxes are recorded
-// and answered OK; the input box answers from a queue. Configurations live
-// in the test program's own cfg folder, under names of this process.
+// A main window and its configuration window on a session's settings; the
+// input box answers from a queue.
 class Configure : public ::testing::Test {
 protected:
-    void SetUp() override {
-        mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
-        mdlMain::SetLanguageOffset(0);
-        previousBox_ = SetMessageBoxFunction(
-            [this](HWND, const std::wstring& text, const std::wstring&, UINT) {
-                boxes.push_back(text);
-                return IDOK;
-            });
+    Configure() {
         previousInput_ = SetInputBoxFunction([this](HWND, const std::wstring&) {
             std::optional<std::wstring> answer;
-            if (!inputs.empty()) {
-                answer = Widen(inputs.front());
-                inputs.pop_front();
-            }
+            if (!inputs.empty()) answer = Widen(inputs.front()), inputs.pop_front();
             return answer;
         });
     }
-    void TearDown() override {
+    ~Configure() override {
         ReleaseConfigWindow();
         main.reset();
-        SetMessageBoxFunction(std::move(previousBox_));
         SetInputBoxFunction(std::move(previousInput_));
-        mdlMain::SetLanguageOffset(0);
         mdlMain::SetTargetFile({});
-        for (const auto& name : names_) {
-            for (const char* extension : {".ini", ".txt"}) {
-                DeleteFileA(Cfg(name, extension).c_str());
-            }
-        }
     }
 
-    // A configuration name of this process; its files are removed afterwards.
-    std::string Name(const std::string& base) {
-        names_.push_back("zc" + std::to_string(GetCurrentProcessId()) + base);
-        return names_.back();
-    }
-    static std::string Cfg(const std::string& name, const char* extension = ".ini") {
-        return mdlFile::GetAppFolder() + "cfg\\" + name + extension;
-    }
-    std::string Configuration(const std::string& base, const std::string& text) {
-        const std::string name = Name(base);
-        CreateDirectoryA((mdlFile::GetAppFolder() + "cfg").c_str(), nullptr);
-        WriteBytes(Cfg(name), text);
-        return name;
-    }
     frmConfig& Open(const std::string& settings, int page = 0) {
-        folder.Write("Zorvi.ini", settings);
+        s.folder.Write("Zorvi.ini", settings);
         main = std::make_unique<frmZorvi>();
         if (!main->Create(nullptr)) throw std::runtime_error("no main window");
         return Show(page);
@@ -152,19 +86,13 @@ protected:
         if (ConfigWindow() == nullptr) throw std::runtime_error("no configuration window");
         return *ConfigWindow();
     }
-    std::string Setting(const std::string& file, const char* section, const char* key) const {
-        return ReadIni(section, key, "<none>", file);
-    }
-    std::string MainFile() const { return folder / "Zorvi.ini"; }
 
-    TempFolder folder;
+    testing::Session s;
     std::unique_ptr<frmZorvi> main;
-    std::vector<std::wstring> boxes;
+    std::vector<std::wstring>& boxes = s.boxes;
     std::deque<std::string> inputs;
 
 private:
-    std::vector<std::string> names_;
-    MessageBoxFunction previousBox_;
     InputBoxFunction previousInput_;
 };
 
@@ -181,7 +109,7 @@ struct Binding {
     const char* shown = nullptr;  // what the reopened control shows, when not value
 };
 
-TEST_F(Configure, EveryControlIsSavedToItsKeyAndShownAgain) {
+TEST_F(Configure, EveryControlIsSavedToItsKeyAndShownAgainInEitherLanguage) {
     using F = frmConfig;
     const Binding bindings[] = {
         {&F::chkOption, 0, Act::Tick, "", false, "Option", "AlwaysTop", "1"},
@@ -214,7 +142,7 @@ TEST_F(Configure, EveryControlIsSavedToItsKeyAndShownAgain) {
         {&F::txtScript, 0, Act::Type, "a\r\nb", true, "Script", "Line2", "b", "a\r\nb\r\n"},
         {&F::txtScript, 1, Act::Type, "mc.exe", true, "Required", "Item1", "mc.exe", "mc.exe\r\n"},
     };
-    const std::string name = Configuration("bind", "[Configure]\r\n");
+    const std::string name = s.Configuration("bind", "[Configure]\r\n");
     frmConfig* window = &Open("[Setting]\r\nDefault=" + name + "\r\n");
     for (const auto& b : bindings) {
         const HWND control = (window->*b.control)(b.index);
@@ -229,7 +157,7 @@ TEST_F(Configure, EveryControlIsSavedToItsKeyAndShownAgain) {
     EXPECT_TRUE(boxes.empty());
     for (const auto& b : bindings) {
         SCOPED_TRACE(b.key);
-        EXPECT_EQ(Setting(b.inConfiguration ? Cfg(name) : MainFile(), b.section, b.key), b.stored);
+        EXPECT_EQ(s.Setting(b.section, b.key, b.inConfiguration ? CfgPath(name) : ""), b.stored);
     }
     // The main window took over what shows at once.
     EXPECT_EQ(main->WatchInterval(), 500u);
@@ -249,120 +177,83 @@ TEST_F(Configure, EveryControlIsSavedToItsKeyAndShownAgain) {
             break;
         }
     }
+
+    // The language changes in every window at once.
+    Click(window->optLanguage(1));
+    Click(window->cmdCommand(frmConfig::kApply));
+    EXPECT_EQ(s.Setting("Setting", "Language"), "Japanese");
+    EXPECT_EQ(mdlMain::LanguageOffset(), 1000);
+    // Japanese texts stand at their English id + 1000.
+    EXPECT_EQ(main->ToolTipText(1), LoadEnglishText(1101));
+    EXPECT_EQ(testing::MenuTexts(main->PreparePopUp())[0], LoadEnglishText(1130));
+    EXPECT_EQ(WindowText(window->Handle()), L"Zorvi - " + LoadEnglishText(1102));
+    EXPECT_EQ(WindowText(window->cmdCommand(frmConfig::kCancel)), LoadEnglishText(1152));
+    Click(window->optLanguage(0));
+    Click(window->cmdCommand(frmConfig::kApply));
+    EXPECT_EQ(s.Setting("Setting", "Language"), "English");
+    EXPECT_EQ(main->ToolTipText(1), L"Set target file");
+    EXPECT_EQ(WindowText(window->cmdCommand(frmConfig::kCancel)), L"Cancel");
     mdlMain::SetUseAltPopUp(false);
 }
 
-TEST_F(Configure, SelectorNames) {
-    const std::string colon = Name("a:b");
-    const std::string saved = Name("a_b");
+TEST_F(Configure, ConfigurationsAreNamedChosenByAFilterMadeAndDeleted) {
+    const std::string first = s.Configuration("first", "[Configure]\r\nConsole=first.exe\r\n");
+    const std::string second = s.Configuration("second", "[Configure]\r\nConsole=second.exe\r\n");
+    const std::string saved = s.Name("a_b"), name = s.Name("made");
     const struct {
         std::string typed;
         std::string saved;  // empty: refused, nothing written
         std::wstring box;
     } cases[] = {
-        {colon, saved, L""},
+        {s.Name("a:b"), saved, L""},
         {"", "", LoadText(9)},
         {"CON", "", L"\"CON\" cannot be used as a configuration name."},
-        {"NUL", "", L"\"NUL\" cannot be used as a configuration name."},
-        {std::string(300, 'n'), "",
-         L"\"" + std::wstring(300, L'n') + L"\" cannot be used as a configuration name."},
     };
-    const std::string settings = "[Setting]\r\nDefault=\r\n[Option]\r\nIconSize=20\r\n";
-    frmConfig& window = Open(settings);
+    frmConfig& window = Open("[Setting]\r\nDefault=" + first +
+                             "\r\n[Filter]\r\nItemCount=1\r\nItem1=Z\r\nExtension1=.zzb\r\n"
+                             "Default1=" + second + "\r\n");
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.typed.substr(0, 12));
+        SCOPED_TRACE(c.typed);
         boxes.clear();
-        const std::string before = Bytes(MainFile());
+        const std::string before = Bytes(s.MainFile());
         Type(window.cboCombo(0), c.typed);
         Click(window.cmdCommand(frmConfig::kApply));
         ASSERT_EQ(ConfigWindow(), &window) << "Apply keeps the window open";
         if (c.saved.empty()) {
             EXPECT_EQ(boxes, std::vector<std::wstring>{c.box});
-            EXPECT_EQ(Bytes(MainFile()), before);
+            EXPECT_EQ(Bytes(s.MainFile()), before);
         } else {
             EXPECT_TRUE(boxes.empty());
-            EXPECT_TRUE(mdlFile::FileExists(Cfg(c.saved)));
-            EXPECT_EQ(Setting(MainFile(), "Setting", "Default"), c.saved);
+            EXPECT_TRUE(mdlFile::FileExists(CfgPath(c.saved)));
+            EXPECT_EQ(s.Setting("Setting", "Default"), c.saved);
             EXPECT_EQ(WindowText(window.cboCombo(0)), Widen(c.saved));
         }
     }
-    EXPECT_FALSE(mdlFile::FileExists(Cfg("")));
-}
+    EXPECT_FALSE(mdlFile::FileExists(CfgPath("")));
 
-TEST_F(Configure, CancelAndTheCloseBoxDiscardEveryEdit) {
-    const std::string name = Configuration("keep", "[Configure]\r\nConsole=C:\\old.exe\r\n");
-    const std::string settings =
-        "[Setting]\r\nDefault=" + name + "\r\n[Option]\r\nTimerInterval=300\r\n";
-    for (const bool closeBox : {false, true}) {
-        SCOPED_TRACE(closeBox ? "close box" : "Cancel");
-        frmConfig& window = Open(settings);
-        const std::string mainBefore = Bytes(MainFile());
-        const std::string configurationBefore = Bytes(Cfg(name));
-        Type(window.txtText(0), "900");
-        Type(window.txtText(2), "C:\\new.exe");
-        Tick(window.chkOption(0));
-        Click(window.cmdCommand(frmConfig::kNewFrontend));
-        if (closeBox) {
-            SendMessageW(window.Handle(), WM_CLOSE, 0, 0);
-        } else {
-            Click(window.cmdCommand(frmConfig::kCancel));
-        }
-        EXPECT_EQ(ConfigWindow(), nullptr);
-        EXPECT_EQ(Bytes(MainFile()), mainBefore);
-        EXPECT_EQ(Bytes(Cfg(name)), configurationBefore);
-        EXPECT_EQ(WindowText(Show(0).txtText(0)), L"300");
-        ReleaseConfigWindow();
-    }
-}
-
-TEST_F(Configure, AConfigurationChosenByAFileFilterShowsOnTheNextShowConfig) {
-    const std::string first = Configuration("first", "[Configure]\r\nConsole=first.exe\r\n");
-    const std::string second = Configuration("second", "[Configure]\r\nConsole=second.exe\r\n");
-    frmConfig& window = Open("[Setting]\r\nDefault=" + first +
-                             "\r\n[Filter]\r\nItemCount=1\r\n"
-                             "Item1=Z\r\nExtension1=.zzb\r\nDefault1=" +
-                             second + "\r\n");
+    // A configuration chosen by a file filter shows on the next ShowConfig.
     EXPECT_EQ(WindowText(window.txtText(2)), L"first.exe");
-    folder.Write("song.zzb", "o4 c");
-    main->SetFile(folder / "song.zzb");
-    ASSERT_EQ(Setting(MainFile(), "Setting", "Default"), second);
+    s.folder.Write("song.zzb", "o4 c");
+    main->SetFile(s.folder / "song.zzb");
+    ASSERT_EQ(s.Setting("Setting", "Default"), second);
     Show(0);
     EXPECT_EQ(WindowText(window.cboCombo(0)), Widen(second));
     EXPECT_EQ(WindowText(window.txtText(2)), L"second.exe");
-}
 
-std::vector<std::wstring> MenuCaptions(HMENU menu) {
-    std::vector<std::wstring> captions;
-    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        wchar_t text[300] = {};
-        GetMenuStringW(menu, static_cast<UINT>(i), text, 300, MF_BYPOSITION);
-        captions.push_back(text);
-    }
-    return captions;
-}
-bool InMenu(HMENU menu, const std::string& name) {
-    for (const auto& caption : MenuCaptions(menu)) {
-        if (caption.ends_with(L" : " + Widen(name))) return true;
-    }
-    return false;
-}
-
-TEST_F(Configure, NewAndDeleteConfigurations) {
-    const std::string name = Name("made");
-    frmConfig& window = Open("[Setting]\r\nDefault=\r\n");
     inputs = {name};
     Click(window.cmdCommand(frmConfig::kNewConfigure));
-    EXPECT_EQ(Bytes(Cfg(name)), "[Configure]\r\n");
+    EXPECT_EQ(Bytes(CfgPath(name)), "[Configure]\r\n");
     EXPECT_EQ(WindowText(window.cboCombo(0)), Widen(name));
-    EXPECT_TRUE(InMenu(main->ScriptMenu(), name));
+    EXPECT_TRUE(testing::FindEntry(main->ScriptMenu(), L" : " + Widen(name)) >= 0);
     Type(window.txtText(2), "C:\\made.exe");
     Click(window.cmdCommand(frmConfig::kApply));
-    EXPECT_EQ(Bytes(Cfg(name, ".txt")), "[Configure]\r\n");  // the state before the save
+    EXPECT_EQ(Bytes(CfgPath(name, ".txt")), "[Configure]\r\n");  // the state before the save
+    boxes.clear();
     Click(window.cmdCommand(frmConfig::kDeleteConfigure));
     EXPECT_EQ(boxes, std::vector<std::wstring>{L"Delete OK?"});
-    EXPECT_FALSE(mdlFile::FileExists(Cfg(name)));
-    EXPECT_TRUE(mdlFile::FileExists(Cfg(name, ".txt")));
-    EXPECT_FALSE(InMenu(main->ScriptMenu(), name));
+    EXPECT_FALSE(mdlFile::FileExists(CfgPath(name)));
+    EXPECT_TRUE(mdlFile::FileExists(CfgPath(name, ".txt")));
+    EXPECT_FALSE(testing::FindEntry(main->ScriptMenu(), L" : " + Widen(name)) >= 0);
     // Cancelled or empty names make nothing.
     for (const char* answer : {"", "   "}) {
         inputs = {answer};
@@ -373,7 +264,8 @@ TEST_F(Configure, NewAndDeleteConfigurations) {
 }
 
 TEST_F(Configure, LauncherAndFilterRecordsAreSavedInTheirOrder) {
-    const std::string name = Configuration("records", "[Configure]\r\n");
+    const std::string name = s.Configuration("records", "[Configure]\r\n");
+    const testing::TempFolder& folder = s.folder;
     folder.Write("tool.exe", "");
     folder.Write("gone.exe", "");
     CreateDirectoryA((folder / "dir").c_str(), nullptr);
@@ -396,10 +288,8 @@ TEST_F(Configure, LauncherAndFilterRecordsAreSavedInTheirOrder) {
     Click(window.cmdCommand(frmConfig::kUpFrontend));
     Click(window.cmdCommand(frmConfig::kNewFrontend));
     Click(window.cmdCommand(frmConfig::kDeleteFrontend));
-    SendMessageW(window.List1(1), WM_DROPFILES,
-                 reinterpret_cast<WPARAM>(MakeDrop({folder / "tool.exe", folder / "dir",
-                                                    folder / "Broken.lnk", folder / "Good.lnk"})),
-                 0);
+    testing::Drop(window.List1(1), {folder / "tool.exe", folder / "dir", folder / "Broken.lnk",
+                                    folder / "Good.lnk"});
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_NE(boxes[0].find(L"Cannot drag and drop this.\r\n" + Widen(folder / "dir")),
               std::wstring::npos);
@@ -420,89 +310,55 @@ TEST_F(Configure, LauncherAndFilterRecordsAreSavedInTheirOrder) {
     ASSERT_EQ(ConfigWindow(), nullptr);
 
     const std::string tool = folder / "tool.exe";
-    const std::vector<std::vector<std::string>> programs = {
+    const std::string programs[] = {
         // Item, Command, Option, StartUpFolder, WindowState, AutoRun, AutoShutDown
-        {"Two", "C:\\two.exe", "-x", "C:\\w", "3", "1", "0"},
-        {"Old", "old.exe", "", "", "1", "0", "1"},
-        {"tool", tool, "", folder.Path(), "1", "0", "0"},
-        {"Good", tool, "-a", folder.Path(), "1", "0", "0"},
-    };
-    EXPECT_EQ(Setting(MainFile(), "ExternalProgram", "ItemCount"), "4");
-    const char* fields[] = {"Item",        "Command", "Option",      "StartUpFolder",
-                            "WindowState", "AutoRun", "AutoShutDown"};
-    for (std::size_t i = 0; i < programs.size(); ++i) {
-        for (std::size_t f = 0; f < std::size(fields); ++f) {
-            const std::string key = fields[f] + std::to_string(i + 1);
-            EXPECT_EQ(Setting(MainFile(), "ExternalProgram", key.c_str()), programs[i][f]) << key;
+        "Two|C:\\two.exe|-x|C:\\w|3|1|0|", "Old|old.exe|||1|0|1|",
+        "tool|" + tool + "||" + folder.Path() + "|1|0|0|",
+        "Good|" + tool + "|-a|" + folder.Path() + "|1|0|0|"};
+    EXPECT_EQ(s.Setting("ExternalProgram", "ItemCount"), "4");
+    for (std::size_t i = 0; i < std::size(programs); ++i) {
+        std::string saved;
+        for (const char* field : {"Item", "Command", "Option", "StartUpFolder", "WindowState",
+                                  "AutoRun", "AutoShutDown"}) {
+            saved += s.Setting("ExternalProgram", field + std::to_string(i + 1)) + "|";
         }
+        EXPECT_EQ(saved, programs[i]);
     }
     EXPECT_EQ(main->Launcher().Count(), 4u);  // the launcher list took them over
-    const std::vector<std::pair<const char*, std::string>> filters = {
-        {"ItemCount", "2"}, {"Item1", "Song"},      {"Extension1", ".sng"}, {"Default1", name},
-        {"Item2", "Text"},  {"Extension2", ".txt"}, {"Default2", ""}};
-    for (const auto& [key, value] : filters)
-        EXPECT_EQ(Setting(MainFile(), "Filter", key), value) << key;
+    std::string filters;
+    for (const char* key : {"ItemCount", "Item1", "Extension1", "Default1", "Item2", "Extension2",
+                            "Default2"}) {
+        filters += s.Setting("Filter", key) + "|";
+    }
+    EXPECT_EQ(filters, "2|Song|.sng|" + name + "|Text|.txt||");
 }
 
-TEST_F(Configure, TheLanguageChangesInEveryWindowAtOnce) {
-    frmConfig& window = Open("[Setting]\r\nDefault=\r\n");
-    Type(window.cboCombo(0), Name("lang"));
-    Click(window.optLanguage(1));
-    Click(window.cmdCommand(frmConfig::kApply));
-    EXPECT_EQ(Setting(MainFile(), "Setting", "Language"), "Japanese");
-    EXPECT_EQ(mdlMain::LanguageOffset(), 1000);
-    // Japanese texts stand at their English id + 1000.
-    EXPECT_EQ(main->ToolTipText(1), LoadEnglishText(1101));
-    EXPECT_EQ(MenuCaptions(main->PreparePopUp())[0], LoadEnglishText(1130));
-    EXPECT_EQ(WindowText(window.Handle()), L"Zorvi - " + LoadEnglishText(1102));
-    EXPECT_EQ(WindowText(window.cmdCommand(frmConfig::kCancel)), LoadEnglishText(1152));
-    Click(window.optLanguage(0));
-    Click(window.cmdCommand(frmConfig::kApply));
-    EXPECT_EQ(Setting(MainFile(), "Setting", "Language"), "English");
-    EXPECT_EQ(main->ToolTipText(1), L"Set target file");
-    EXPECT_EQ(WindowText(window.cmdCommand(frmConfig::kCancel)), L"Cancel");
-}
-
-TEST_F(Configure, ADoubleClickOnAPageRestoresTheStandardSize) {
-    frmConfig& window = Open("");
-    RECT rect{};
-    GetWindowRect(window.Handle(), &rect);
-    MoveWindow(window.Handle(), rect.left, rect.top, 900, 800, TRUE);
-    SendMessageW(window.fraConfig(0), WM_LBUTTONDBLCLK, 0, 0);
-    GetWindowRect(window.Handle(), &rect);
-    const ScreenDpi dpi = GetScreenDpi();
-    EXPECT_EQ(rect.right - rect.left, TwipsToPixels(7400, dpi.x));
-    EXPECT_EQ(rect.bottom - rect.top, TwipsToPixels(7000, dpi.y));
-}
-
-TEST_F(Configure, BadInputIsRefusedAndNothingIsWritten) {
-    const std::string name = Configuration("bad", "[Configure]\r\nConsole=C:\\a.exe\r\n");
+// Bad input, a configuration that cannot be written, Cancel and the close box:
+// the files stay as they were.
+TEST_F(Configure, BadInputCancelAndTheCloseBoxWriteNothing) {
+    const std::string name = s.Configuration("bad", "[Configure]\r\nConsole=C:\\a.exe\r\n");
     std::string script;
-    for (int i = 0; i < 10000; ++i) script += "echo\r\n";
+    for (int i = 0; i < 4097; ++i) script += "echo\r\n";
     const struct {
-        const char* name;
         HWND (frmConfig::*control)(int) const;
         int index;
         std::string typed;
         std::wstring box;
     } cases[] = {
-        {"abc", &frmConfig::txtText, 0, "abc",
-         L"Timer interval must be a whole number from 10 to 60000."},
-        {"zero", &frmConfig::txtText, 0, "0",
-         L"Timer interval must be a whole number from 10 to 60000."},
-        {"negative", &frmConfig::txtText, 0, "-5",
-         L"Timer interval must be a whole number from 10 to 60000."},
-        {"huge", &frmConfig::txtText, 0, "99999999999",
-         L"Timer interval must be a whole number from 10 to 60000."},
-        {"icon", &frmConfig::txtText, 1, "100", L"Icon size must be a whole number from 8 to 64."},
-        {"script", &frmConfig::txtScript, 0, script,
-         L"BAT script has 10000 lines; at most 4096 lines can be saved."},
+        {&frmConfig::txtText, 0, "abc", L"Timer interval must be a whole number from 10 to 60000."},
+        {&frmConfig::txtText, 1, "100", L"Icon size must be a whole number from 8 to 64."},
+        {&frmConfig::txtScript, 0, script,
+         L"BAT script has 4097 lines; at most 4096 lines can be saved."},
     };
-    frmConfig& window = Open("[Setting]\r\nDefault=" + name + "\r\n");
-    const std::string mainBefore = Bytes(MainFile());
-    const std::string configurationBefore = Bytes(Cfg(name));
+    frmConfig& window =
+        Open("[Setting]\r\nDefault=" + name + "\r\n[Option]\r\nTimerInterval=300\r\n");
+    const std::string mainBefore = Bytes(s.MainFile()), configurationBefore = Bytes(CfgPath(name));
+    const auto nothingWritten = [&] {
+        EXPECT_EQ(Bytes(s.MainFile()), mainBefore);
+        EXPECT_EQ(Bytes(CfgPath(name)), configurationBefore);
+    };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+        SCOPED_TRACE(c.box);
         boxes.clear();
         const HWND field = (window.*c.control)(c.index);
         const std::wstring kept = WindowText(field);
@@ -511,50 +367,76 @@ TEST_F(Configure, BadInputIsRefusedAndNothingIsWritten) {
         ASSERT_EQ(ConfigWindow(), &window);
         EXPECT_EQ(boxes, std::vector<std::wstring>{c.box});
         EXPECT_EQ(GetFocus(), field);
-        EXPECT_EQ(Bytes(MainFile()), mainBefore);
-        EXPECT_EQ(Bytes(Cfg(name)), configurationBefore);
+        nothingWritten();
         SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(kept.c_str()));
     }
 
-    // A configuration that cannot be written (another program holds it):
-    // reported, nothing half-written, the window stays open with the edits.
+    // Held by another program: reported, nothing half-written, the edits stay.
     boxes.clear();
     Type(window.txtText(2), "C:\\edited.exe");
     Tick(window.chkOption(1));
-    const HANDLE held = CreateFileA(Cfg(name).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE held = CreateFileA(CfgPath(name).c_str(), GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
     Click(window.cmdCommand(frmConfig::kOk));
     CloseHandle(held);
     ASSERT_EQ(ConfigWindow(), &window);
     ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_NE(boxes[0].find(Widen(Cfg(name)) + L" cannot be written."), std::wstring::npos);
+    EXPECT_NE(boxes[0].find(Widen(CfgPath(name)) + L" cannot be written."), std::wstring::npos);
     EXPECT_TRUE(boxes[0].ends_with(L":Config-WriteIniFile)")) << boxes[0];
-    EXPECT_EQ(Bytes(MainFile()), mainBefore);
-    EXPECT_EQ(Bytes(Cfg(name)), configurationBefore);
+    nothingWritten();
     EXPECT_EQ(WindowText(window.txtText(2)), L"C:\\edited.exe");
     EXPECT_TRUE(IsChecked(window.chkOption(1)));
+
+    for (const bool closeBox : {false, true}) {
+        SCOPED_TRACE(closeBox ? "close box" : "Cancel");
+        frmConfig& shown = closeBox ? Show(0) : window;
+        Type(shown.txtText(0), "900");
+        Type(shown.txtText(2), "C:\\new.exe");
+        Tick(shown.chkOption(0));
+        Click(shown.cmdCommand(frmConfig::kNewFrontend));
+        if (closeBox) {
+            SendMessageW(shown.Handle(), WM_CLOSE, 0, 0);
+        } else {
+            Click(shown.cmdCommand(frmConfig::kCancel));
+        }
+        EXPECT_EQ(ConfigWindow(), nullptr);
+        nothingWritten();
+    }
+    // A double-click on a page gives the standard size back.
+    const HWND shown = Show(0).Handle();
+    EXPECT_EQ(WindowText(ConfigWindow()->txtText(0)) + WindowText(ConfigWindow()->txtText(2)),
+              L"300C:\\a.exe");
+    RECT rect{};
+    GetWindowRect(shown, &rect);
+    MoveWindow(shown, rect.left, rect.top, 900, 800, TRUE);
+    SendMessageW(ConfigWindow()->fraConfig(0), WM_LBUTTONDBLCLK, 0, 0);
+    GetWindowRect(shown, &rect);
+    const ScreenDpi dpi = GetScreenDpi();
+    EXPECT_EQ(rect.right - rect.left, TwipsToPixels(7400, dpi.x));
+    EXPECT_EQ(rect.bottom - rect.top, TwipsToPixels(7000, dpi.y));
 }
 
-TEST_F(Configure, FiveHundredLauncherRecordsLoadAndSaveWhole) {
-    std::string records = "[ExternalProgram]\r\nItemCount=500\r\n";
-    for (int i = 1; i <= 500; ++i) {
+TEST_F(Configure, ManyLauncherRecordsLoadAndSaveWhole) {
+    std::string records = "[ExternalProgram]\r\nItemCount=50\r\n";
+    for (int i = 1; i <= 50; ++i) {
         const std::string n = std::to_string(i);
         records += "Item" + n + "=P" + n + "\r\nCommand" + n + "=C:\\p" + n + ".exe\r\nOption" + n +
-                   "=\r\nStartUpFolder" + n + "=\r\nAutoRun" + n + "=0\r\nWindowState" + n +
-                   "=1\r\nAutoShutDown" + n + "=0\r\n";
+                   "=\r\nStartUpFolder" + n + "=\r\nWindowState" + n + "=1\r\nAutoRun" + n +
+                   "=0\r\nAutoShutDown" + n + "=0\r\n";
     }
-    const std::string name = Configuration("many", "[Configure]\r\n");
+    const std::string name = s.Configuration("many");
     frmConfig& window = Open("[Setting]\r\nDefault=" + name + "\r\n" + records, 4);
-    EXPECT_EQ(SendMessageW(window.List1(1), LB_GETCOUNT, 0, 0), 500);
-    Choose(window.List1(1), 499, true);
+    EXPECT_EQ(SendMessageW(window.List1(1), LB_GETCOUNT, 0, 0), 50);
+    Choose(window.List1(1), 49, true);
     Click(window.cmdCommand(frmConfig::kUpFrontend));
     Click(window.cmdCommand(frmConfig::kOk));
     ASSERT_EQ(ConfigWindow(), nullptr);
-    EXPECT_EQ(Setting(MainFile(), "ExternalProgram", "ItemCount"), "500");
-    EXPECT_EQ(Setting(MainFile(), "ExternalProgram", "Item499"), "P500");
-    EXPECT_EQ(Setting(MainFile(), "ExternalProgram", "Command500"), "C:\\p499.exe");
-    EXPECT_EQ(Setting(MainFile(), "ExternalProgram", "Item1"), "P1");
+    std::string saved;
+    for (const char* key : {"ItemCount", "Item1", "Item49", "Command50", "Item50"}) {
+        saved += s.Setting("ExternalProgram", key) + " ";
+    }
+    EXPECT_EQ(saved, "50 P1 P50 C:\\p49.exe P49 ");
 }
 
 }  // namespace

@@ -6,10 +6,6 @@
 
 #include <commdlg.h>
 
-#include <functional>
-#include <string>
-
-#include "support/temp_folder.h"
 #include "ui/dialogs/clsCommonDlg.h"
 #include "ui/window_helpers.h"
 
@@ -18,14 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// Types the name into the file name box (a combo box in the explorer style) and presses OK.
-std::function<void(HWND)> Choose(std::string name) {
-    return [name](HWND dialog) {
-        const HWND combo = GetDlgItem(dialog, 0x47C);
-        SetWindowTextA(combo ? combo : GetDlgItem(dialog, 0x480), name.c_str());
-        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-    };
-}
+using testing::TypeFileName;
 
 TEST(CommonDlg, ChosenCancelledOrTooLong) {
     const clsCommonDlg defaults;
@@ -50,11 +39,11 @@ TEST(CommonDlg, ChosenCancelledOrTooLong) {
         {"cancel reported", true, 255, 0, cancel, "", true},
         {"cancel silent: the proposal stays", false, 255, 0, cancel, proposed, false},
         // The longer proposal must not trail after it.
-        {"chosen", true, 255, 0, Choose("a.mml"), folder / "a.mml", false},
+        {"chosen", true, 255, 0, TypeFileName("a.mml"), folder / "a.mml", false},
         {"two chosen: the folder and the names", true, 255, OFN_ALLOWMULTISELECT | OFN_EXPLORER,
-         Choose("\"a.mml\" \"b.mml\""), folder.Path() + "\0a.mml\0b.mml"s, false},
+         TypeFileName("\"a.mml\" \"b.mml\""), folder.Path() + "\0a.mml\0b.mml"s, false},
         // The chosen path does not fit: it is not returned.
-        {"too long for the buffer", true, 8, 0, Choose("a.mml"), "", true},
+        {"too long for the buffer", true, 8, 0, TypeFileName("a.mml"), "", true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

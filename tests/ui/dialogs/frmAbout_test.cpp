@@ -1,23 +1,13 @@
 // The about window in this process (labels, sizes, keys, closing), F1 and
-// Ctrl+F1 of the main window, the language switch of the about, result and
-// main windows, and the code page of the log window.
+// Ctrl+F1 of the main window, and the language switch of the about and result
+// windows.
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
-#include <fstream>
-#include <functional>
 #include <optional>
-#include <string>
 
-#include "core/mdlMain.h"
-#include "core/messages_win.h"
 #include "core/wide_win.h"
-#include "files/path_win.h"
 #include "res/build_info.h"
 #include "run/clsExecute.h"
-#include "settings/ini_win.h"
-#include "support/temp_folder.h"
 #include "support/wait.h"
 #include "ui/dialogs/about_text.h"
 #include "ui/dialogs/frmAbout.h"
@@ -26,48 +16,26 @@
 #include "ui/main/mdlView.h"
 #include "ui/result/frmResult.h"
 #include "ui/text_font_win.h"
+#include "ui/window_helpers.h"
 
 namespace zorvi {
 namespace {
 
+using testing::Visible;
 using testing::WindowText;
 
-// The state the windows read, in a fresh folder, every box answered OK;
-// put back afterwards.
-struct Scope {
+// The state the windows read, with the target piece.mml of a fresh folder.
+struct Scope : testing::Session {
     Scope() {
-        mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
         mdlMain::SetTargetFile(folder / "piece.mml");
-        mdlMain::SetInteractiveMode(true);
-        mdlMain::SetLanguageOffset(0);
         mdlMain::ClearShuttingDownForTesting();
     }
-    ~Scope() {
-        mdlMain::SetMainSettingsPath(settings);
-        mdlMain::SetTargetFile({});
-        mdlMain::SetLanguageOffset(0);
-        mdlMain::ClearShuttingDownForTesting();
-        SetMessageBoxFunction(std::move(boxes));
-    }
-    std::string settings = mdlMain::MainSettingsPath();
-    MessageBoxFunction boxes = SetMessageBoxFunction(
-        [](HWND, const std::wstring&, const std::wstring&, UINT) { return IDOK; });
-    testing::TempFolder folder;
+    ~Scope() { mdlMain::ClearShuttingDownForTesting(); }
 };
 
-bool Visible(HWND window) { return IsWindowVisible(window) != FALSE; }
 HFONT FontOf(HWND window) {
     return reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
 }
-
-// A main window whose about command opens the about window, as at start-up.
-struct MainWindow {
-    MainWindow() {
-        if (!window.Create(nullptr)) throw std::runtime_error("no main window");
-        window.SetAboutCommand([owner = window.Handle()](int) { AboutWindow(owner).ShowAbout(); });
-    }
-    frmZorvi window;
-};
 
 TEST(AboutWindow, LabelsSizesKeysAndClosing) {
     Scope scope;
@@ -115,14 +83,8 @@ TEST(AboutWindow, LabelsSizesKeysAndClosing) {
     // Ctrl+Right moves the window; Ctrl+Shift+Down, a resize elsewhere, does nothing here.
     about.ShowAbout();
     for (const auto& [key, moved] : {std::pair{VK_RIGHT, 512}, std::pair{VK_DOWN, 0}}) {
-        BYTE saved[256], held[256];
-        GetKeyboardState(saved);
-        CopyMemory(held, saved, sizeof held);
-        held[VK_CONTROL] = held[key == VK_DOWN ? VK_SHIFT : VK_CONTROL] = 0x80;
-        SetKeyboardState(held);
         const auto before = GetWindowBoxTwips(about.Handle());
-        SendMessageW(about.TextBox(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
-        SetKeyboardState(saved);
+        testing::SendKey(about.TextBox(), key, {VK_CONTROL, key == VK_DOWN ? VK_SHIFT : VK_CONTROL});
         EXPECT_NEAR(GetWindowBoxTwips(about.Handle())->left - before->left, moved, 15) << key;
         EXPECT_EQ(GetWindowBoxTwips(about.Handle())->height, before->height) << key;
     }
@@ -139,8 +101,11 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
     const std::string help = mdlFile::GetAppFolder() + "ZorviHelpTest.CHM";
     const std::string chm("ITSF\3\0\0\0", 8);
     {
-        MainWindow main;
-        frmAbout& about = AboutWindow(main.window.Handle());
+        // Its about command opens the about window, as at start-up.
+        frmZorvi main;
+        ASSERT_TRUE(main.Create(nullptr));
+        main.SetAboutCommand([owner = main.Handle()](int) { AboutWindow(owner).ShowAbout(); });
+        frmAbout& about = AboutWindow(main.Handle());
         const struct {
             const char* name;
             std::optional<std::string> file;  // nullopt: no help file
@@ -157,7 +122,7 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
             DeleteFileA(help.c_str());
             if (c.file) std::ofstream(help, std::ios::binary) << *c.file;
             const std::size_t launches = LaunchedPrograms().size();
-            main.window.Form_KeyDown(VK_F1, c.shift);
+            main.Form_KeyDown(VK_F1, c.shift);
             const bool opened = LaunchedPrograms().size() > launches;
             EXPECT_EQ(opened, c.opened);
             if (opened) {
@@ -173,81 +138,28 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
 
 TEST(Language, EveryOpenWindowRelabelsItself) {
     Scope scope;
-    MainWindow main;
     frmAbout& about = AboutWindow();
     about.ShowAbout();
     frmResult& result = ResultWindow();
     result.ShowResult(0);
-    // Whether the shortcut text holds the second half in English and in Japanese.
-    const auto halves = [&about] {
+    for (const bool japanese : {true, false}) {
+        SCOPED_TRACE(japanese);
+        mdlMain::SetLanguageOffset(japanese ? 1000 : 0);
+        about.ChangeLangAbout();
+        result.ChangeLangResult();
+        // The shortcut text, first and second half, in one language.
         const std::wstring keys = WindowText(about.TextBox());
-        const auto has = [&keys](const wchar_t* part) { return keys.find(part) != keys.npos; };
-        return keys.substr(0, 10) + (has(L"(All Windows)") ? L"|en" : L"|") +
-               (has(L"(全ウィンドウ共通)") ? L"|ja" : L"|");
-    };
-    const struct {
-        std::function<void()> relabel;
-        std::function<std::wstring()> read;
-        std::wstring english, japanese;
-    } rows[] = {
-        {[&] { about.ChangeLangAbout(); }, [&] { return WindowText(about.Command(1)); },
-         L"Shortcut Keys", L"ショートカットキー"},
-        {[&] { about.ChangeLangAbout(); }, halves, L"Shortcut K|en|", L"ショートカットキー ||ja"},
-        {[&] { result.ChangeLangResult(); },
-         [&] { return WindowText(result.Handle()).substr(0, 18); }, L"Zorvi - Log Window",
-         L"Zorvi - ログウィンドウ - "},
-        {[&] { main.window.ChangeLangZorvi(); },
-         [&] { return main.window.ToolTipText(frmZorvi::kCompile); }, L"Execute Compile",
-         L"コンパイルを実行"},
-    };
-    for (const int offset : {1000, 0}) {
-        mdlMain::SetLanguageOffset(offset);
-        for (const auto& row : rows) {
-            row.relabel();
-            EXPECT_EQ(row.read(), offset == 0 ? row.english : row.japanese) << offset;
-        }
+        EXPECT_EQ(WindowText(about.Command(1)), japanese ? L"ショートカットキー" : L"Shortcut Keys");
+        EXPECT_EQ(keys.substr(0, 10), japanese ? L"ショートカットキー " : L"Shortcut K");
+        EXPECT_NE(keys.find(japanese ? L"(全ウィンドウ共通)" : L"(All Windows)"), keys.npos);
+        EXPECT_EQ(keys.find(japanese ? L"(All Windows)" : L"(全ウィンドウ共通)"), keys.npos);
+        EXPECT_TRUE(WindowText(result.Handle())
+                        .starts_with(japanese ? L"Zorvi - ログウィンドウ - " : L"Zorvi - Log Window"));
         // Whatever the language, the keys are drawn in a font that has them.
-        EXPECT_TRUE(FontHasGlyphs(FontOf(about.TextBox()), WindowText(about.TextBox())));
+        EXPECT_TRUE(FontHasGlyphs(FontOf(about.TextBox()), keys));
     }
     ShowWindow(about.Handle(), SW_HIDE);
     result.HideResult();
-}
-
-TEST(LogWindow, ReadsUtf8OrTheLogCodePageAndFallsBackToTheSystemOne) {
-    // A line as the system reads it in a code page, for rows that depend on it.
-    const auto page = [](UINT codePage, const std::string& line) {
-        wchar_t text[64] = {};
-        MultiByteToWideChar(codePage, 0, line.data(), static_cast<int>(line.size()), text, 64);
-        return std::wstring(text) + L"\r\n";
-    };
-    const std::wstring cafe = page(CP_ACP, "caf\xE9");
-    const struct {
-        std::string log;
-        std::optional<std::string> codePage;  // nullopt: no LogCodePage key
-        std::wstring expected;
-    } cases[] = {
-        {"\xE3\x81\x82\r\n", std::nullopt, L"\x3042\r\n"},
-        {"\xEF\xBB\xBF\xE3\x81\x82\n", "932", L"\x3042\r\n"},
-        {"\x82\xA0\x82\xA2\r\n", "932", L"\x3042\x3044\r\n"},
-        {"\xE3\x81\x82\n\x82\xA0\n", "932", page(932, "\xE3\x81\x82") + L"\x3042\r\n"},
-        {"caf\xE9\r\n", std::nullopt, cafe}, {"caf\xE9\r\n", "0", cafe},
-        {"caf\xE9\r\n", "-1", cafe},         {"caf\xE9\r\n", "99999", cafe},
-        {"caf\xE9\r\n", "Shift-JIS", cafe},  {"caf\xE9\r\n", "1200", cafe},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.codePage.value_or("none") + ": " + c.log);
-        Scope scope;
-        scope.folder.Write("piece.log", c.log);
-        if (c.codePage) {
-            WriteIni("ResultWindow", "LogCodePage", *c.codePage, scope.folder / "Zorvi.ini");
-        }
-        frmResult& result = ResultWindow();
-        result.ShowResult(0);
-        const std::wstring shown = WindowText(result.TextBox());
-        EXPECT_EQ(shown, c.expected);
-        EXPECT_TRUE(FontHasGlyphs(FontOf(result.TextBox()), shown));
-        result.HideResult();
-    }
 }
 
 }  // namespace

@@ -7,21 +7,12 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <shlobj.h>
 
-#include <fstream>
-#include <functional>
 #include <map>
-#include <string>
-#include <vector>
 
-#include "core/mdlMain.h"
-#include "core/messages_win.h"
 #include "core/version.h"
 #include "core/wide_win.h"
 #include "files/path_text.h"
-#include "files/path_win.h"
-#include "support/temp_folder.h"
 #include "support/wait.h"
 #include "ui/main/frmZorvi.h"
 #include "ui/main/layout.h"
@@ -34,19 +25,13 @@ namespace {
 
 using Z = frmZorvi;
 using testing::SendKey;
+using testing::Visible;
 
-// One main window, started with the file given. Message boxes are recorded
-// and answered with `answer`; the compile notes whether the watch timer ran
-// meanwhile, and keeps the busy flag as the real one does.
-struct Zorvi {
-    explicit Zorvi(const std::string& settings = {}, const std::string& file = {}) {
-        mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
-        mdlMain::SetTargetFile({});
-        folder.Write("Zorvi.ini", settings);
-        previousBoxes = SetMessageBoxFunction([this](HWND, const std::wstring& text,
-                                                     const std::wstring&, UINT) {
-            return boxes.push_back(Narrow(text)), answer;
-        });
+// One main window, started with the file given. The compile notes whether
+// the watch timer ran meanwhile, and keeps the busy flag as the real one does.
+struct Zorvi : testing::Session {
+    explicit Zorvi(const std::string& settings = {}, const std::string& file = {})
+        : Session(settings) {
         EXPECT_TRUE(window.Create(nullptr));
         window.SetCompileCommand([this](CompileHost& host) {
             host.Compiling() = true;
@@ -56,34 +41,22 @@ struct Zorvi {
         });
         window.Start(file);
     }
-    ~Zorvi() { SetMessageBoxFunction(previousBoxes); }
 
     HWND H() const { return window.Handle(); }
     std::string File(const std::string& name) const {  // made when missing
         if (!mdlFile::FileExists(folder / name)) folder.Write(name, "o4 c");
         return folder / name;
     }
-    std::string Setting(const char* section, const std::string& key) const {
-        char value[300] = {};
-        GetPrivateProfileStringA(section, key.c_str(), "", value, 300,
-                                 (folder / "Zorvi.ini").c_str());
-        return value;
-    }
     LRESULT Ask(UINT query, int button) const {
         return SendMessageW(window.Toolbar(), query, Z::CommandOf(button), 0);
     }
     void Tick() { SendMessageW(H(), WM_TIMER, 1, 0); }  // tmrTimer1's id
 
-    testing::TempFolder folder;
-    MessageBoxFunction previousBoxes;
-    std::vector<std::string> boxes;
-    int answer = IDOK;
     std::string compiles;  // per compile: 1 when the watch timer ran meanwhile
     std::function<void()> duringCompile;
     frmZorvi window;
 };
 
-bool Visible(HWND window) { return IsWindowVisible(window) != FALSE; }
 std::string Twips(int pixels) { return std::to_string(PixelsToTwips(pixels, GetScreenDpi().x)); }
 
 // What the window shows, as named facts; a step compares those it names.
@@ -160,18 +133,6 @@ void ExpectFacts(const Zorvi& z, const std::string& expected) {
     EXPECT_EQ(actual, wanted);
 }
 
-// Files dropped on the window as the shell hands them over (ANSI names).
-void Drop(HWND window, const std::vector<std::string>& files) {
-    std::string names;
-    for (const auto& file : files) names += file + '\0';
-    const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() + 1);
-    auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
-    drop->pFiles = sizeof(DROPFILES);
-    names.copy(reinterpret_cast<char*>(drop + 1), names.size());
-    GlobalUnlock(memory);
-    SendMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
-}
-
 TEST(MainWindow, StepsOfOneSession) {
     // A configuration where the program looks for them, chosen by the filter row of .mml.
     const std::string configuration = mdlFile::GetAppFolder() + "cfg\\zorvi-test.ini";
@@ -240,15 +201,12 @@ TEST(MainWindow, StepsOfOneSession) {
         {"a history entry that is no file is passed over",
          [&] { DeleteFileA(a.c_str()), command(Z::kHistoryCommand + 1)(); },
          "target=my song.mml; boxes=1"},
-        {"of dropped files the first", [&] { Drop(z.H(), {z.File("sub\\b.mml"), song}); },
+        {"of dropped files the first", [&] { testing::Drop(z.H(), {z.File("sub\\b.mml"), song}); },
          "target=sub\\b.mml"},
         {"F2 asks in the newest entry's folder; a new name becomes an empty target",
          [&] {
-             EXPECT_TRUE(testing::AnswerModal(L"#32770", key(z.H(), VK_F2), [](HWND dialog) {
-                 const HWND combo = GetDlgItem(dialog, 0x47C);  // the explorer style's name box
-                 SetWindowTextW(combo ? combo : GetDlgItem(dialog, 0x480), L"fresh.mml");
-                 PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-             }));
+             EXPECT_TRUE(testing::AnswerModal(L"#32770", key(z.H(), VK_F2),
+                                              testing::TypeFileName("fresh.mml")));
              EXPECT_TRUE(mdlFile::FileExists(fresh) && z.folder.Read("sub\\fresh.mml").empty());
          },
          "target=sub\\fresh.mml; caption=fresh.mml - Zorvi"},
@@ -320,7 +278,7 @@ TEST(MainWindow, StepsOfOneSession) {
         step.act();
         ExpectFacts(z, step.facts);
     }
-    EXPECT_EQ(z.boxes.at(0), notes + "\rThis file is set as a target.\rOK?");
+    EXPECT_EQ(z.boxes.at(0), Widen(notes + "\rThis file is set as a target.\rOK?"));
     DeleteFileA(configuration.c_str());
 }
 

@@ -1,153 +1,109 @@
 // The main window's parts: its popup menu, configuration and player menus,
 // tray icon and launcher list, read back from the built menus, the settings
 // files and the launch record; its keyboard moves, the end of a session, and
-// watching through a compile the timer started.
+// watching through folder changes.
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
-#include <deque>
 #include <filesystem>
-#include <functional>
 #include <memory>
-#include <string>
-#include <vector>
 
-#include "core/mdlMain.h"
 #include "core/version.h"
-#include "core/messages_win.h"
 #include "core/wide_win.h"
-#include "files/path_win.h"
 #include "run/clsExecute.h"
 #include "settings/ini_win.h"
-#include "support/temp_folder.h"
 #include "support/wait.h"
 #include "ui/main/frmZorvi.h"
+#include "ui/window_helpers.h"
 
 namespace zorvi {
 namespace {
 
+using testing::FindEntry;
 using testing::TempFolder;
-
-std::wstring EntryText(HMENU menu, int position) {
-    wchar_t text[512] = {};
-    GetMenuStringW(menu, static_cast<UINT>(position), text, 512, MF_BYPOSITION);
-    return text;
-}
-
-// The position of the entry whose caption starts with prefix (or, with
-// anywhere, holds it); -1 when none.
-int FindEntry(HMENU menu, const std::wstring& prefix, bool anywhere = false) {
-    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        const std::wstring text = EntryText(menu, i);
-        if (anywhere ? text.find(prefix) != std::wstring::npos : text.rfind(prefix, 0) == 0) {
-            return i;
-        }
-    }
-    return -1;
-}
 
 bool Checked(HMENU menu, int position) {
     return (GetMenuState(menu, static_cast<UINT>(position), MF_BYPOSITION) & MF_CHECKED) != 0;
 }
 
-// A main window on the settings of a fresh folder, with configurations in
-// the program's own cfg folder (removed afterwards) and boxes recorded.
-class Zorvi {
-public:
-    explicit Zorvi(const std::string& settings, std::vector<std::string> configurations = {},
-                   bool withTarget = true)
-        : configurations_(std::move(configurations)) {
-        CreateDirectoryA(Cfg("").c_str(), nullptr);
-        for (const auto& name : configurations_) {
-            WriteIni("Option", "UseGUI", "1", Cfg(name));
-        }
-        folder.Write("Zorvi.ini", settings);
-        mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
-        mdlMain::SetInteractiveMode(true);
-        previous_ = SetMessageBoxFunction([this](HWND, const std::wstring& text,
-                                                  const std::wstring&, UINT) {
-            boxes.push_back(text);
-            return IDOK;
-        });
-        window = std::make_unique<frmZorvi>();
+// A main window on the settings given, started with song.mml of its folder or with no target.
+struct Zorvi : testing::Session {
+    explicit Zorvi(const std::string& settings, bool withTarget = true) : Session(settings) {
         window->Create(nullptr);
         folder.Write("song.mml", "o4 c");
         window->Start(withTarget ? folder / "song.mml" : std::string());
     }
     ~Zorvi() {
         if (window->Handle() != nullptr) window->DeleteIcon();
-        window.reset();
-        SetMessageBoxFunction(std::move(previous_));
-        mdlMain::SetTargetFile({});
-        for (const auto& name : configurations_) DeleteFileA(Cfg(name).c_str());
     }
-    static std::string Cfg(const std::string& name) {
-        return mdlFile::GetAppFolder() + "cfg\\" + name + (name.empty() ? "" : ".ini");
-    }
-    std::string Setting(const char* section, const char* key, const std::string& file = {}) {
-        return ReadIni(section, key, "<none>", file.empty() ? folder / "Zorvi.ini" : file);
-    }
-
-    TempFolder folder;
-    std::unique_ptr<frmZorvi> window;
-    std::vector<std::wstring> boxes;
-
-private:
-    std::vector<std::string> configurations_;
-    MessageBoxFunction previous_;
+    std::unique_ptr<frmZorvi> window = std::make_unique<frmZorvi>();
 };
 
-TEST(MainMenus, PopupShowsRecentUsedWithAHistoryAndShowOnlyInTheTray) {
-    const struct {
-        bool history, tray;
-    } cases[] = {{false, false}, {true, true}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.history);
-        Zorvi zorvi("", {}, c.history);
-        if (c.tray) zorvi.window->AddIcon();
-        const HMENU popup = zorvi.window->PreparePopUp();
-        ASSERT_NE(popup, nullptr);
-        EXPECT_EQ(GetMenuItemCount(popup), c.tray ? 17 : 16);
-        EXPECT_EQ(FindEntry(popup, L"Show") >= 0, c.tray);
+// The tray is used only when asked; its tip follows target and watch. The
+// popup shows "Recent Used" only with a history and "Show" only in the tray.
+TEST(MainMenus, PopupAndTray) {
+    for (const bool tray : {false, true}) {
+        SCOPED_TRACE(tray);
+        Zorvi zorvi(tray ? "[Option]\r\nTaskTray=1\r\n" : "", tray);
+        frmZorvi& window = *zorvi.window;
+        ShowWindow(window.Handle(), SW_MINIMIZE);
+        EXPECT_EQ(window.InTaskTray(), tray);
+        EXPECT_EQ(IsWindowVisible(window.Handle()) != FALSE, !tray);
+        const HMENU popup = window.PreparePopUp();
+        const auto texts = testing::MenuTexts(popup);
+        ASSERT_EQ(texts.size(), tray ? 17u : 16u);
+        EXPECT_EQ(FindEntry(popup, L"Show") >= 0, tray);
         const int recent = FindEntry(popup, L"&Recent Used");
         ASSERT_GE(recent, 0);
         EXPECT_EQ((GetMenuState(popup, static_cast<UINT>(recent), MF_BYPOSITION) & MF_GRAYED) == 0,
-                  c.history);
-        // The watch entry carries the watch view, the rest their captions.
-        EXPECT_EQ(EntryText(popup, 0), L"&About");
-        EXPECT_EQ(EntryText(popup, GetMenuItemCount(popup) - 1), L"E&xit");
+                  tray);
+        EXPECT_EQ(texts.front() + L"|" + texts.back(), L"&About|E&xit");
+        if (!tray) continue;
+        window.WatchToggle();
+        zorvi.folder.Write("b.mml", "o4 d");
+        window.SetFile(zorvi.folder / "b.mml");
+        EXPECT_EQ(window.TrayTip(),
+                  L"Zorvi v" + Widen(VersionText(ThisVersion())) + L" [ON]\r\nb.mml");
+        // A double click on the icon brings the window back.
+        SendMessageW(window.Handle(), frmZorvi::kTrayMessage, 1, WM_LBUTTONDBLCLK);
+        EXPECT_FALSE(window.InTaskTray());
+        EXPECT_TRUE(IsWindowVisible(window.Handle()));
     }
 }
 
 TEST(MainMenus, ChoosingAConfigurationOrAPlayerWritesItAndMovesTheCheck) {
-    const std::string tag = "zm" + std::to_string(GetCurrentProcessId());
-    const std::string first = tag + "a", second = tag + "B&c";
-    Zorvi zorvi("[Setting]\r\nDefault=" + first + "\r\n[PlayerList]\r\nItemCount=1\r\nItem1=" +
-                    mdlFile::GetAppFolder() + "zplayer.exe\r\n",
-                {second, first});
+    Zorvi zorvi("[PlayerList]\r\nItemCount=1\r\nItem1=" + mdlFile::GetAppFolder() +
+                "zplayer.exe\r\n");
+    const std::string second = zorvi.Configuration("B&c", "[Option]\r\nUseGUI=1\r\n");
+    const std::string first = zorvi.Configuration("a", "[Option]\r\nUseGUI=1\r\n");
+    const std::string tag = first.substr(0, first.size() - 1), last = tag + "1997";
+    // A thousand configurations and more, empty: the menus are built all the same.
+    for (int i = 1000; i < 1998; ++i) zorvi.Configuration(std::to_string(i), "");
+    WriteIni("Setting", "Default", first, zorvi.MainFile());
     frmZorvi& window = *zorvi.window;
+    window.ViewChange_DefinedScript();
     const HMENU popup = window.PreparePopUp();
     const HMENU scripts = GetSubMenu(popup, FindEntry(popup, L"Script setting"));
     const HMENU players = GetSubMenu(popup, FindEntry(popup, L"Player setting"));
-    ASSERT_NE(scripts, nullptr);
     ASSERT_NE(players, nullptr);
+    EXPECT_GE(GetMenuItemCount(scripts), 1000);
     // Case-insensitive order, whatever the folder's; the "&" of a name is
     // doubled so that it shows.
-    const int firstAt = FindEntry(scripts, Widen(" : " + first), true);
-    const int secondAt = FindEntry(scripts, Widen(" : " + tag + "B&&c"), true);
+    const int firstAt = FindEntry(scripts, Widen(" : " + first));
     ASSERT_GE(firstAt, 0);
-    EXPECT_EQ(secondAt, firstAt + 1);
+    EXPECT_EQ(FindEntry(scripts, Widen(" : " + tag + "B&&c")), firstAt + 1);
     EXPECT_TRUE(Checked(scripts, firstAt));
 
     // The popup's submenu and the toolbar's drop-down give the same commands.
-    window.OnCommand(static_cast<int>(GetMenuItemID(window.ScriptMenu(), secondAt)));
+    const HMENU menu = window.ScriptMenu();
+    window.OnCommand(static_cast<int>(GetMenuItemID(menu, FindEntry(menu, Widen(last)))));
+    EXPECT_EQ(zorvi.Setting("Setting", "Default"), last);
+    window.OnCommand(static_cast<int>(GetMenuItemID(window.ScriptMenu(), firstAt + 1)));
     EXPECT_EQ(zorvi.Setting("Setting", "Default"), second);
-    EXPECT_TRUE(Checked(window.ScriptMenu(), secondAt));
+    EXPECT_TRUE(Checked(window.ScriptMenu(), firstAt + 1));
     EXPECT_FALSE(Checked(window.ScriptMenu(), firstAt));
     EXPECT_EQ(window.StatusPanelText(1), Widen(second));
 
-    const std::string configuration = Zorvi::Cfg(second);
+    const std::string configuration = testing::CfgPath(second);
     window.OnCommand(static_cast<int>(GetMenuItemID(players, FindEntry(players, L"&2"))));
     EXPECT_EQ(zorvi.Setting("Option", "UseAssociated", configuration), "0");
     EXPECT_EQ(zorvi.Setting("Configure", "Player", configuration),
@@ -158,28 +114,6 @@ TEST(MainMenus, ChoosingAConfigurationOrAPlayerWritesItAndMovesTheCheck) {
     EXPECT_EQ(zorvi.Setting("Option", "UseAssociated", configuration), "1");
     EXPECT_TRUE(Checked(window.PlayerMenu(), 0));
     EXPECT_EQ(window.StatusPanelText(2), L"*");
-}
-
-TEST(MainMenus, TrayTipFollowsTargetAndWatchAndTrayIsUsedOnlyWhenAsked) {
-    for (const bool tray : {false, true}) {
-        SCOPED_TRACE(tray);
-        Zorvi zorvi(tray ? "[Option]\r\nTaskTray=1\r\n" : "");
-        frmZorvi& window = *zorvi.window;
-        ShowWindow(window.Handle(), SW_MINIMIZE);
-        EXPECT_EQ(window.InTaskTray(), tray);
-        EXPECT_EQ(IsWindowVisible(window.Handle()) != FALSE, !tray);
-        if (!tray) continue;
-        window.WatchToggle();
-        const std::wstring prefix = L"Zorvi v" + Widen(VersionText(ThisVersion()));
-        EXPECT_EQ(window.TrayTip(), prefix + L" [ON]\r\nsong.mml");
-        zorvi.folder.Write("b.mml", "o4 d");
-        window.SetFile(zorvi.folder / "b.mml");
-        EXPECT_EQ(window.TrayTip(), prefix + L" [ON]\r\nb.mml");
-        // A double click on the icon brings the window back.
-        SendMessageW(window.Handle(), frmZorvi::kTrayMessage, 1, WM_LBUTTONDBLCLK);
-        EXPECT_FALSE(window.InTaskTray());
-        EXPECT_TRUE(IsWindowVisible(window.Handle()));
-    }
 }
 
 int Starts(const TempFolder& folder) {
@@ -233,10 +167,9 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     enterOn(1);
     const std::size_t hanging = *window.Launcher().LastLaunch(1);
     ASSERT_TRUE(LaunchedPrograms()[hanging].ProcessHandle);
-    const HANDLE process = LaunchedPrograms()[hanging].ProcessHandle.get();
     HANDLE watched = nullptr;
-    DuplicateHandle(GetCurrentProcess(), process, GetCurrentProcess(), &watched, SYNCHRONIZE,
-                    FALSE, 0);
+    DuplicateHandle(GetCurrentProcess(), LaunchedPrograms()[hanging].ProcessHandle.get(),
+                    GetCurrentProcess(), &watched, SYNCHRONIZE, FALSE, 0);
     const UniqueHandle watch(watched);
     SendMessageW(window.Handle(), WM_CLOSE, 0, 0);
     EXPECT_EQ(WaitForSingleObject(watch.get(), 10000), WAIT_OBJECT_0);
@@ -245,11 +178,7 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
 
 // Serves this thread's messages until the condition holds or the time is up.
 bool PumpUntil(const std::function<bool()>& condition) {
-    return testing::WaitUntil([&] {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-        return condition();
-    });
+    return testing::WaitUntil([&] { return testing::ServeQueue(), condition(); });
 }
 
 TEST(MainParts, FolderChangesWakeTheWatchAndTheTimerTakesOverWhenTheFolderGoes) {
@@ -294,35 +223,7 @@ TEST(MainParts, KeyMovesGoWhereTheKeysSteerAndTheSessionEndKeepsThePlace) {
     GetWindowRect(window.Handle(), &rect);
     EXPECT_LT(rect.left, 0);
     SendMessageW(window.Handle(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_EQ(zorvi.Setting("Main", "Left"), "-510");  // twips of the pixels it moved
-    EXPECT_EQ(zorvi.Setting("Main", "Mode"), "2");
-}
-
-TEST(MainParts, WatchGoesOnWithATargetSetDuringATickCompile) {
-    Zorvi zorvi("");
-    frmZorvi& window = *zorvi.window;
-    zorvi.folder.Write("b.mml", "o4 d");
-    int compiles = 0;
-    window.SetCompileCommand([&](CompileHost&) {
-        // A drop while the timer's compile runs.
-        if (++compiles == 1) window.SetFile(zorvi.folder / "b.mml");
-    });
-    window.WatchToggle();
-    ASSERT_TRUE(window.Watching());
-    zorvi.folder.Write("song.mml", "o4 e");
-    FILETIME later{};
-    GetSystemTimeAsFileTime(&later);
-    reinterpret_cast<ULARGE_INTEGER*>(&later)->QuadPart += 20'000'000;
-    {
-        const UniqueHandle file(CreateFileA((zorvi.folder / "song.mml").c_str(),
-                                            FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0,
-                                            nullptr));
-        SetFileTime(file.get(), nullptr, nullptr, &later);
-    }
-    SendMessageW(window.Handle(), WM_TIMER, 1, 0);
-    EXPECT_EQ(compiles, 1);
-    EXPECT_TRUE(window.Watching());
-    EXPECT_EQ(mdlMain::TargetFile(), zorvi.folder / "b.mml");
+    EXPECT_EQ(zorvi.Setting("Main", "Left") + " " + zorvi.Setting("Main", "Mode"), "-510 2");
 }
 
 }  // namespace

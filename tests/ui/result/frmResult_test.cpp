@@ -4,16 +4,10 @@
 // for good, after which closing always destroys.
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
-#include <string>
-#include <vector>
-
-#include "core/mdlMain.h"
-#include "support/temp_folder.h"
 #include "support/wait.h"
 #include "ui/main/mdlView.h"
 #include "ui/result/frmResult.h"
+#include "ui/text_font_win.h"
 #include "ui/window_helpers.h"
 
 namespace zorvi {
@@ -45,26 +39,43 @@ struct Result {
 };
 
 TEST(ResultWindow, ShowsTheLogOfTheTargetWithItsVerdict) {
-    const std::wstring rule = L"\r\n" + std::wstring(78, L'-') + L"\r\n";
+    const std::wstring made = L"Zorvi:Generated 0 byte file.\r\n" + std::wstring(78, L'-') + L"\r\n";
+    // A line as the system reads it in a code page, for rows that depend on it.
+    const auto page = [](UINT codePage, const std::string& line) {
+        wchar_t text[64] = {};
+        MultiByteToWideChar(codePage, 0, line.data(), static_cast<int>(line.size()), text, 64);
+        return std::wstring(text) + L"\r\n";
+    };
+    const std::wstring cafe = made + page(CP_ACP, "caf\xE9");
     const struct {
-        const char* name;
         const char* log;  // written over "first"; none: deleted
         bool interactive, locked;
         std::wstring text;
-        const char* state;
+        const char* state = "visible";
+        std::string codePage = "";  // LogCodePage
     } cases[] = {
-        {"no log", nullptr, true, false, L"Zorvi:Generated 0 byte file.(Log file not found.)\r\n",
-         "visible"},
-        {"a log", "second\n", true, false, L"Zorvi:Generated 0 byte file." + rule + L"second\r\n",
-         "visible"},
+        {nullptr, true, false, L"Zorvi:Generated 0 byte file.(Log file not found.)\r\n"},
+        {"second\n", true, false, made + L"second\r\n"},
         // A log that cannot be read leaves the text; beside the main window the
         // window stays hidden, while a command-line run has nothing else to show.
-        {"locked log", "second\n", true, true, L"first\r\n", "hidden"},
-        {"locked log, command line", "second\n", false, true, L"first\r\n", "visible"},
+        {"second\n", true, true, L"first\r\n", "hidden"},
+        {"second\n", false, true, L"first\r\n"},
+        // UTF-8, else the log's code page when the system has it, else the system's.
+        {"\xE3\x81\x82\r\n", true, false, made + L"\x3042\r\n"},
+        {"\xEF\xBB\xBF\xE3\x81\x82\n", true, false, made + L"\x3042\r\n", "visible", "932"},
+        {"\x82\xA0\x82\xA2\r\n", true, false, made + L"\x3042\x3044\r\n", "visible", "932"},
+        {"\xE3\x81\x82\n\x82\xA0\n", true, false, made + page(932, "\xE3\x81\x82") + L"\x3042\r\n",
+         "visible", "932"},
+        {"caf\xE9\r\n", true, false, cafe},
+        {"caf\xE9\r\n", true, false, cafe, "visible", "0"},
+        {"caf\xE9\r\n", true, false, cafe, "visible", "-1"},
+        {"caf\xE9\r\n", true, false, cafe, "visible", "99999"},
+        {"caf\xE9\r\n", true, false, cafe, "visible", "Shift-JIS"},
+        {"caf\xE9\r\n", true, false, cafe, "visible", "1200"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Result result(c.interactive, "");
+        SCOPED_TRACE(::testing::Message() << "row " << &c - cases << ", code page " << c.codePage);
+        Result result(c.interactive, "[ResultWindow]\r\nLogCodePage=" + c.codePage + "\r\n");
         ShowWindow(result.window.Handle(), SW_HIDE);
         const std::string log = result.folder / "piece.log";
         c.log ? result.folder.Write("piece.log", c.log) : void(DeleteFileA(log.c_str()));
@@ -72,9 +83,14 @@ TEST(ResultWindow, ShowsTheLogOfTheTargetWithItsVerdict) {
                                         nullptr, OPEN_EXISTING, 0, nullptr);
         result.window.ShowResult(2);
         CloseHandle(lock);
-        EXPECT_EQ(WindowText(result.window.TextBox()), c.text);
+        const std::wstring shown = WindowText(result.window.TextBox());
+        EXPECT_EQ(shown, c.text);
         EXPECT_EQ(result.State(), c.state);
         EXPECT_EQ(WindowText(result.window.Handle()), L"Zorvi - Log Window - piece.log");
+        // Whatever the text, it is drawn in a font that has it.
+        const auto font = reinterpret_cast<HFONT>(
+            SendMessageW(result.window.TextBox(), WM_GETFONT, 0, 0));
+        EXPECT_TRUE(FontHasGlyphs(font, shown));
     }
 }
 
