@@ -11,6 +11,7 @@ packages=(
     fonts-ipafont-gothic                              # Japanese texts
     locales                                           # the code page 932 test runs
     fp-utils libchm-bin                               # the help file and its check
+    clang libclang-rt-dev                             # the fuzz preset: libFuzzer, sanitizers
 )
 
 missing=()

@@ -6,12 +6,14 @@
 # target, trips a sanitizer or breaks a property is kept in
 # build/fuzz/findings/<target>/ and the run fails; the full output of each
 # target is in build/fuzz/logs/<target>.log.
-#   Usage: scripts/fuzz.sh [seconds per target, default 60]
+#   Usage: scripts/fuzz.sh [seconds per target, default 60 [executions per target]]
+# A target stops at whichever limit it reaches first.
 set -uo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 seconds=${1:-60}
-if ! [[ "$seconds" =~ ^[1-9][0-9]*$ ]]; then
-    echo "usage: scripts/fuzz.sh [seconds per target, a whole number above 0]" >&2
+runs=${2:-0}
+if ! [[ "$seconds" =~ ^[1-9][0-9]*$ && "$runs" =~ ^[0-9]+$ ]]; then
+    echo "usage: scripts/fuzz.sh [seconds per target [executions per target]], whole numbers" >&2
     exit 2
 fi
 
@@ -42,7 +44,7 @@ if ! { cmake --preset fuzz -S "$root" >"$build/logs/configure.log" 2>&1 &&
 fi
 
 status=0
-printf '%-14s %14s %8s %6s\n' target executions crashes exit
+printf '%-14s %14s %8s %10s %8s %6s\n' target executions seconds 'exec/s' crashes exit
 while read -r name program dictionary; do
     corpus="$build/corpus/$name"
     findings="$build/findings/$name"
@@ -52,12 +54,17 @@ while read -r name program dictionary; do
     options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
              -artifact_prefix="$findings/")
     [ "$dictionary" != - ] && options+=(-dict="$dictionary")
+    [ "$runs" -gt 0 ] && options+=(-runs="$runs")
     # libFuzzer ends itself after the given time; the bound is for a target that hangs.
+    started=$SECONDS
     timeout --kill-after=10 $((seconds + 120)) "$program" "${options[@]}" "$corpus" >"$log" 2>&1
     code=$?
+    took=$((SECONDS - started))
     executions=$(awk '/stat::number_of_executed_units/ {print $2}' "$log" | tail -n 1)
     crashes=$(($(find "$findings" -type f | wc -l) - before))
-    printf '%-14s %14s %8d %6d\n' "$name" "${executions:-?}" "$crashes" "$code"
+    rate=$(awk '/stat::average_exec_per_sec/ {print $2}' "$log" | tail -n 1)
+    printf '%-14s %14s %8d %10s %8d %6d\n' "$name" "${executions:-?}" "$took" "${rate:-?}" \
+        "$crashes" "$code"
     if [ "$code" -ne 0 ] || [ "$crashes" -ne 0 ]; then
         status=1
         grep -E -m 5 'ERROR|property failed|runtime error|SUMMARY' "$log" | sed 's/^/    /'

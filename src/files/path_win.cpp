@@ -80,7 +80,17 @@ bool IsFolder(const std::string& path) {
     return !path.empty() && PathIsDirectoryA(PathBuffer(path).c_str()) != FALSE;
 }
 
-bool FileExists(const std::string& path) { return PathExists(path) && !IsFolder(path); }
+// A device (NUL, COM1, and on most systems a device name with any
+// extension: CON.mml) answers like a file, but a tool chain given it would
+// read the keyboard or write nowhere. The system names devices in its own
+// way when it makes a path whole: "\\.\CON".
+namespace {
+bool IsDevice(const std::string& path) { return GetFullPath(path).starts_with("\\\\.\\"); }
+}  // namespace
+
+bool FileExists(const std::string& path) {
+    return PathExists(path) && !IsFolder(path) && !IsDevice(path);
+}
 
 std::string UnquotePath(const std::string& path) {
     std::string buffer = PathBuffer(path);

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <windows.h>
+#include <shlwapi.h>
 
+#include <optional>
 #include <string>
 
 #include "core/handles_win.h"
@@ -42,12 +44,65 @@ std::string LongForm(const std::string& path) {
     return length > 0 && length < sizeof buffer ? std::string(buffer, length) : "<" + path + ">";
 }
 
+// cfg\t.ini, made active: the stand-in beside the tests compiles the target,
+// then the script's second line runs; options go to Zorvi.ini's [Option].
+void WriteSetup(const Installation& zorvi, const std::string& secondLine,
+                const std::string& options) {
+    CreateDirectoryA((zorvi / "cfg").c_str(), nullptr);
+    zorvi.Write("cfg\\t.ini", "[Configure]\r\nConsole=" + BesideTestProgram("zcompiler.exe") +
+                                  "\r\nExtension=out\r\n[Option]\r\nUseCUI=1\r\nDetectError=1\r\n"
+                                  "CUIWindowState=0\r\n[Script]\r\nLine=2\r\n"
+                                  "Line1=@\"$pp$zcompiler.exe\" \"$fp$$fn$\"\r\nLine2=" +
+                                  secondLine + "\r\n");
+    zorvi.Write("Zorvi.ini", "[Setting]\r\nDefault=t\r\n[Option]\r\n" + options);
+}
+
+struct NameCase {
+    std::string program;  // the folder zorvi.exe stands in
+    std::string target;   // the target's name, in that folder
+};
+
+// Installs zorvi.exe and the stand-in into base\program and compiles the
+// target from the command line: a quoted value and a bare one, each escaped
+// for its place, reach exactly one start of the compiler and an echo.
+void ExpectTheNameReachesTheCompiler(const TempFolder& base, const NameCase& c) {
+    const std::string folder = base / c.program;
+    ASSERT_TRUE(CreateDirectoryA(folder.c_str(), nullptr));
+    CreateDirectoryA((folder + "\\cfg").c_str(), nullptr);
+    ASSERT_TRUE(CopyFileA(BesideTestProgram("..\\zorvi.exe").c_str(),
+                          (folder + "\\zorvi.exe").c_str(), FALSE));
+    ASSERT_TRUE(CopyFileA(BesideTestProgram("zcompiler.exe").c_str(),
+                          (folder + "\\zcompiler.exe").c_str(), FALSE));
+    const std::string target = folder + "\\" + c.target;
+    const std::string record = base / "args.txt";
+    DeleteFileA(record.c_str());
+    base.Write(c.program + "\\" + c.target, "args=" + record + "\r\n");
+    base.Write(c.program + "\\cfg\\t.ini",
+               "[Configure]\r\nConsole=" + folder +
+                   "\\zcompiler.exe\r\nExtension=out\r\n[Option]\r\nUseCUI=1\r\n"
+                   "DetectError=1\r\nCUIWindowState=0\r\n[Script]\r\nLine=2\r\n"
+                   "Line1=@\"$pp$zcompiler.exe\" \"$fp$$fn$\"\r\n"
+                   "Line2=@echo $fn$> \"$fp$echo.txt\"\r\n");
+    base.Write(c.program + "\\Zorvi.ini", "[Setting]\r\nDefault=t\r\n");
+    const auto code = RunToEnd("\"" + folder + "\\zorvi.exe\" -compilenow \"" + target + "\"",
+                               std::chrono::seconds(30));
+    ASSERT_TRUE(code.has_value()) << "the compile did not end";
+    EXPECT_EQ(*code, 0u);
+    // Exactly one start, with exactly the name (names with blanks go
+    // through their short forms); the bare value printed whole.
+    const auto lines = KeyValueLines(base.Read("args.txt"));
+    ASSERT_EQ(lines.size() >= 3 ? lines[2].first : "", "arg1");
+    EXPECT_EQ(LongForm(lines[2].second), target);
+    EXPECT_EQ(base.Read("args.txt").find("cmdline=", 1), std::string::npos);
+    std::string echoed = base.Read(c.program + "\\echo.txt");
+    ASSERT_TRUE(echoed.ends_with("\r\n"));
+    echoed.resize(echoed.size() - 2);
+    EXPECT_EQ(LongForm(folder + "\\" + echoed), target);
+}
+
 TEST(Names, EveryLegalNameReachesTheCompilerAsItIs) {
     TempFolder base;
-    const struct {
-        std::string program;  // the folder zorvi.exe stands in
-        std::string target;   // the target's name, in that folder
-    } cases[] = {
+    const NameCase cases[] = {
         {"prog & co", "b&notepad&.mml"},
         {"p^%()! ,;='", "t^ %PATH% (1)!,;='.mml"},
         // The longest path the platform takes: 259 characters.
@@ -55,40 +110,118 @@ TEST(Names, EveryLegalNameReachesTheCompilerAsItIs) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.target);
-        const std::string folder = base / c.program;
-        ASSERT_TRUE(CreateDirectoryA(folder.c_str(), nullptr));
-        CreateDirectoryA((folder + "\\cfg").c_str(), nullptr);
-        ASSERT_TRUE(CopyFileA(BesideTestProgram("..\\zorvi.exe").c_str(),
-                              (folder + "\\zorvi.exe").c_str(), FALSE));
-        ASSERT_TRUE(CopyFileA(BesideTestProgram("zcompiler.exe").c_str(),
-                              (folder + "\\zcompiler.exe").c_str(), FALSE));
-        const std::string target = folder + "\\" + c.target;
-        const std::string record = base / "args.txt";
-        DeleteFileA(record.c_str());
-        base.Write(c.program + "\\" + c.target, "args=" + record + "\r\n");
-        // A quoted value and a bare one: each is escaped for its place.
-        base.Write(c.program + "\\cfg\\t.ini",
-                   "[Configure]\r\nConsole=" + folder +
-                       "\\zcompiler.exe\r\nExtension=out\r\n[Option]\r\nUseCUI=1\r\n"
-                       "DetectError=1\r\nCUIWindowState=0\r\n[Script]\r\nLine=2\r\n"
-                       "Line1=@\"$pp$zcompiler.exe\" \"$fp$$fn$\"\r\n"
-                       "Line2=@echo $fn$> \"$fp$echo.txt\"\r\n");
-        base.Write(c.program + "\\Zorvi.ini", "[Setting]\r\nDefault=t\r\n");
-        const auto code = RunToEnd("\"" + folder + "\\zorvi.exe\" -compilenow \"" + target + "\"",
-                                   std::chrono::seconds(30));
-        ASSERT_TRUE(code.has_value()) << "the compile did not end";
-        EXPECT_EQ(*code, 0u);
-        // Exactly one start, with exactly the name (names with blanks go
-        // through their short forms); the bare value printed whole.
-        const auto lines = KeyValueLines(base.Read("args.txt"));
-        ASSERT_EQ(lines.size() >= 3 ? lines[2].first : "", "arg1");
-        EXPECT_EQ(LongForm(lines[2].second), target);
-        EXPECT_EQ(base.Read("args.txt").find("cmdline=", 1), std::string::npos);
-        std::string echoed = base.Read(c.program + "\\echo.txt");
-        ASSERT_TRUE(echoed.ends_with("\r\n"));
-        echoed.resize(echoed.size() - 2);
-        EXPECT_EQ(LongForm(folder + "\\" + echoed), target);
+        ExpectTheNameReachesTheCompiler(base, c);
     }
+}
+
+// On a Japanese system (the cp932 registration): the second byte of ポ, タ,
+// 表 and ソ is "|", "^", "\" and "\" again.
+TEST(ShiftJis, DoubleByteNamesReachTheCompilerAsTheyAre) {
+    if (GetACP() != 932) GTEST_SKIP() << "needs code page 932; runs in the cp932 registration";
+    TempFolder base;
+    const NameCase cases[] = {
+        {"\x95\x5c\x83\x5c", "\x83\x7c\x83\x5e\x95\x5c.mml"},  // 表ソ\ポタ表.mml
+        {"\x83\x5c \x95\x5c", "\x83\x5e \x83\x7c.mml"},         // ソ 表\タ ポ.mml: short names
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.program);
+        ExpectTheNameReachesTheCompiler(base, c);
+    }
+}
+
+// Command-line compiles of what cannot be compiled, or only by another
+// name: a clear message, no start the script did not name, and every file
+// still there.
+TEST(BadInput, ACompileStartsOnlyWhatTheScriptNames) {
+    std::string metacharacters;  // as long as a setting's value can be
+    while (metacharacters.size() < 299) metacharacters += "&|<>^()!%$\";,=";
+    metacharacters.resize(299);
+    const std::wstring notFound = L"File not found.\r\n";
+    const struct {
+        const char* name;
+        std::string argument;
+        std::string extraLine;  // the script's second line
+        std::wstring box;       // the message shown, if any
+        bool compiled;          // song.mml compiled, once, as song.mml
+    } cases[] = {
+        {"a folder", "folder.mml", "", notFound, false},
+        {"a device", "CON.mml", "", notFound, false},
+        {"a device in a folder", "sub\\aux.mml", "", notFound, false},
+        {"ending in a dot", "song.mml.", "", L"", true},
+        {"ending in a blank", "\"song.mml \"", "", L"", true},
+        {"a script line of metacharacters", "song.mml", metacharacters, L"", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Installation zorvi;
+        WriteSetup(zorvi, c.extraLine, "");
+        CreateDirectoryA((zorvi / "folder.mml").c_str(), nullptr);
+        CreateDirectoryA((zorvi / "sub").c_str(), nullptr);
+        const std::string song = "args=" + (zorvi / "args.txt") + "\r\no4 c\r\n";
+        zorvi.Write("song.mml", song);
+        Running run(zorvi, "-compilenow " + c.argument);
+        if (!c.box.empty()) {
+            const HWND box = run.WaitForWindow(L"#32770");
+            ASSERT_NE(box, nullptr);
+            EXPECT_EQ(MessageBoxText(box), c.box);
+            PressButton(box, IDOK);
+        }
+        ASSERT_EQ(run.WaitForExit(30s), std::optional<DWORD>(0));
+        const auto started = KeyValueLines(zorvi.Read("args.txt"));
+        EXPECT_EQ(started.size(), c.compiled ? 3u : 0u);
+        if (c.compiled && started.size() == 3) {
+            EXPECT_EQ(LongForm(started[2].second), zorvi / "song.mml");
+        }
+        EXPECT_EQ(zorvi.Read("song.out").empty(), !c.compiled);
+        EXPECT_EQ(zorvi.Read("song.mml"), song);
+        EXPECT_TRUE(PathIsDirectoryA((zorvi / "folder.mml").c_str()));
+        // The script as configured, its lines whole.
+        if (c.compiled) {
+            const std::string line = "\r\n" + c.extraLine + "\r\n";
+            EXPECT_NE(zorvi.Read("Zorvi.bat").find(line), std::string::npos);
+        }
+    }
+}
+
+// Editors that save safely write a new file, delete the target and rename
+// the new file to it: watching compiles that once and goes on.
+TEST(Watch, AnAtomicSaveCompilesOnceAndWatchingGoesOn) {
+    Installation zorvi;
+    WriteSetup(zorvi, "", "AutoWatch=1\r\nTimerInterval=50\r\n");
+    // Each version of the song has its compiles recorded in a file of its own.
+    const auto version = [&](const char* record) {
+        return "args=" + (zorvi / record) + "\r\no4 c\r\n";
+    };
+    const auto starts = [&](const char* record) {
+        int count = 0;
+        for (const auto& line : KeyValueLines(zorvi.Read(record))) {
+            count += line.first == "cmdline";
+        }
+        return count;
+    };
+    zorvi.Write("song.mml", version("before.txt"));
+    Running run(zorvi, "song.mml");
+    const HWND main = run.WaitForWindow(L"ZorviMain");
+    ASSERT_NE(main, nullptr);
+
+    zorvi.Write("song.mml.tmp", version("atomic.txt"));
+    Touch(zorvi / "song.mml.tmp");
+    ASSERT_TRUE(DeleteFileA((zorvi / "song.mml").c_str()));
+    ASSERT_TRUE(MoveFileA((zorvi / "song.mml.tmp").c_str(), (zorvi / "song.mml").c_str()));
+    ASSERT_TRUE(WaitUntil([&] { return starts("atomic.txt") == 1; })) << "no compile on the save";
+
+    zorvi.Write("song.mml", version("plain.txt"));
+    Touch(zorvi / "song.mml");
+    ASSERT_TRUE(WaitUntil([&] { return starts("plain.txt") == 1; })) << "no longer watching";
+    // A compile still running is stopped on the way out.
+    PostMessageW(main, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] {
+        if (const HWND box = FindWindowW(L"#32770", L"Zorvi - Check")) PressButton(box, IDYES);
+        return run.WaitForExit(100ms).has_value();
+    }));
+    EXPECT_EQ(starts("before.txt"), 0);
+    EXPECT_EQ(starts("atomic.txt"), 1);
+    EXPECT_EQ(starts("plain.txt"), 1);
 }
 
 TEST(StopCompile, EscEndsAHangingCompilerAndShowsWhy) {

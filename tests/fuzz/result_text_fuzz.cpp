@@ -47,6 +47,14 @@ DecodeLogBytes Decoder(int kind) {
     };
 }
 
+// A text never ends on the first unit of a pair: wherever a text is cut, that
+// would be half a character, and the decoders of real code pages never end
+// on one (these do).
+std::wstring WithoutHalfAtEnd(std::wstring text) {
+    if (!text.empty() && text.back() >= 0xD800 && text.back() <= 0xDBFF) text.pop_back();
+    return text;
+}
+
 // The text box's buffer as the builder's contract describes it, kept whole.
 std::wstring Model(int mode, const ResultTexts& texts, std::string_view log,
                    const DecodeLogBytes& decode) {
@@ -64,7 +72,7 @@ std::wstring Model(int mode, const ResultTexts& texts, std::string_view log,
         mode != kResultStopped) {
         std::wstring last = lines.empty() ? std::wstring() : decode(lines.back());
         last = last.substr(0, last.find(L'\0'));
-        return last.substr(0, kResultTextLimit);
+        return WithoutHalfAtEnd(last.substr(0, kResultTextLimit));
     }
     std::wstring buffer(2 * log.size(), L'\0');
     std::size_t firstNul = 0;
@@ -74,7 +82,8 @@ std::wstring Model(int mode, const ResultTexts& texts, std::string_view log,
                     buffer.begin() + static_cast<std::ptrdiff_t>(firstNul));
         firstNul = std::min(buffer.find(L'\0', firstNul), buffer.size());
     }
-    return (VerdictHeader(mode, texts) + buffer.substr(0, firstNul)).substr(0, kResultTextLimit);
+    return WithoutHalfAtEnd(
+        (VerdictHeader(mode, texts) + buffer.substr(0, firstNul)).substr(0, kResultTextLimit));
 }
 
 }  // namespace

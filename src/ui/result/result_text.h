@@ -52,6 +52,7 @@ std::wstring VerdictHeader(int mode, const ResultTexts& texts);
 // byte inside a line is where the next line starts; what passes the buffer's
 // end is lost. The shown text ends at the buffer's first NUL. Modes other
 // than 0, 1, 2 and 4 show the last line read instead, up to its first NUL.
+// A text never ends on the first unit of a pair (half a character).
 class ResultTextBuilder {
 public:
     ResultTextBuilder(int mode, const ResultTexts& texts, std::uint64_t logLength,
