@@ -210,15 +210,17 @@ TEST(Watch, AnAtomicSaveCompilesOnceAndWatchingGoesOn) {
     ASSERT_TRUE(MoveFileA((zorvi / "song.mml.tmp").c_str(), (zorvi / "song.mml").c_str()));
     ASSERT_TRUE(WaitUntil([&] { return starts("atomic.txt") == 1; })) << "no compile on the save";
 
-    zorvi.Write("song.mml", version("plain.txt"));
+    zorvi.Write("song.mml", version("plain.txt") + "hang=1\r\n");
     Touch(zorvi / "song.mml");
     ASSERT_TRUE(WaitUntil([&] { return starts("plain.txt") == 1; })) << "no longer watching";
-    // A compile still running is stopped on the way out.
+    // A compile still running is stopped on the way out, after one question
+    // however often the window is asked to close.
     PostMessageW(main, WM_CLOSE, 0, 0);
-    EXPECT_TRUE(WaitUntil([&] {
-        if (const HWND box = FindWindowW(L"#32770", L"Zorvi - Check")) PressButton(box, IDYES);
-        return run.WaitForExit(100ms).has_value();
-    }));
+    PostMessageW(main, WM_CLOSE, 0, 0);
+    HWND box = nullptr;
+    ASSERT_TRUE(WaitUntil([&] { return (box = FindWindowW(L"#32770", L"Zorvi - Check")); }));
+    PressButton(box, IDYES);
+    EXPECT_TRUE(run.WaitForExit(20s).has_value());
     EXPECT_EQ(starts("before.txt"), 0);
     EXPECT_EQ(starts("atomic.txt"), 1);
     EXPECT_EQ(starts("plain.txt"), 1);
@@ -240,6 +242,8 @@ TEST(StopCompile, EscEndsAHangingCompilerAndShowsWhy) {
     ASSERT_NE(main, nullptr);
     PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
     ASSERT_TRUE(WaitUntil([&] { return files.Read("pid.txt").ends_with("\r\n"); }));
+    // The stand-in writes its id before its log line: stop it once both are there.
+    ASSERT_TRUE(WaitUntil([&] { return files.Read("song.log").starts_with("started"); }));
     const DWORD compilerId = static_cast<DWORD>(std::stoul(files.Read("pid.txt")));
     const UniqueHandle compiler(OpenProcess(SYNCHRONIZE, FALSE, compilerId));
     ASSERT_TRUE(compiler);

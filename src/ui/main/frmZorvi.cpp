@@ -365,9 +365,14 @@ bool frmZorvi::CanUnload() {
     if (!compiling_) return true;
     // The window cannot go while a compile runs inside its handler: stopped
     // on request, the compile ends and the window closes after it.
-    if (!closeAfterCompile_ &&
-        ShowCheckMessage(Handle(), LoadText(ids::kAskStopCompileAndExit),
-                         MB_YESNO | MB_ICONQUESTION) == IDYES) {
+    // Close requests that come while the question is open (or after it was
+    // answered) are the same request: one question, not a stack of them.
+    if (closeAfterCompile_ || askingToStop_) return false;
+    askingToStop_ = true;
+    const bool stop = ShowCheckMessage(Handle(), LoadText(ids::kAskStopCompileAndExit),
+                                       MB_YESNO | MB_ICONQUESTION) == IDYES;
+    askingToStop_ = false;
+    if (stop) {
         closeAfterCompile_ = true;
         StopCompile();
     }

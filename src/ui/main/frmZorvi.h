@@ -256,6 +256,7 @@ private:
     bool settling_ = false;
     bool compiling_ = false;
     bool closeAfterCompile_ = false;  // the user chose to stop the compile and exit
+    bool askingToStop_ = false;       // the stop-and-exit question is open
     int mode_ = 0;
     int iconSize_ = 16;
     HistorySlots history_;

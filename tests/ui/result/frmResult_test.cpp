@@ -91,6 +91,13 @@ TEST(ResultWindow, ShowsTheLogOfTheTargetWithItsVerdict) {
         const auto font = reinterpret_cast<HFONT>(
             SendMessageW(result.window.TextBox(), WM_GETFONT, 0, 0));
         EXPECT_TRUE(FontHasGlyphs(font, shown));
+        // The verdict line follows the language; the log after it stays.
+        mdlMain::SetLanguageOffset(1000);
+        result.window.ChangeLangResult();
+        EXPECT_EQ(WindowText(result.window.TextBox()) != shown, shown.starts_with(L"Zorvi:"));
+        mdlMain::SetLanguageOffset(0);
+        result.window.ChangeLangResult();
+        EXPECT_EQ(WindowText(result.window.TextBox()), shown);
     }
 }
 
