@@ -227,6 +227,7 @@ private:
     void OnTimerTick();
     void UpdateFolderWatch();
     void StretchWatchTimer();
+    void SetStatusTextLater(const std::wstring& text);
     void LookAgainSoon();
     void OnFolderChanged();
     void ReleaseTarget();
