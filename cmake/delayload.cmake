@@ -1,9 +1,11 @@
 # The system DLLs that only windows, dialogs and the shell need are bound on
 # their first call, not at process start: a command-line compile that ends
 # well then never loads them (under Wine comctl32 alone costs ~50 ms, as it
-# connects to the display while it loads). Sets ZORVI_DELAYED_LIBS to what
-# the program links instead of their plain import libraries.
-set(zorvi_delayed_dlls comctl32 comdlg32 shell32 ole32)
+# connects to the display while it loads; user32 and gdi32 set up the window
+# system and the fonts as they load, and shlwapi brings both with it). Sets
+# ZORVI_DELAYED_LIBS to what the program links ahead of the plain import
+# libraries.
+set(zorvi_delayed_dlls comctl32 comdlg32 shell32 ole32 user32 gdi32 shlwapi)
 set(ZORVI_DELAYED_LIBS)
 if(MINGW)
     string(REGEX REPLACE "g\\+\\+(-posix)?$" "dlltool" zorvi_dlltool "${CMAKE_CXX_COMPILER}")

@@ -19,7 +19,8 @@
 #   place of the one built here; the tools and baselines stay this build's.
 #   ZORVI_BENCH_IDLE=SECONDS how long the processor time is watched (60; Wine
 #   counts it in 10 ms steps, so shorter spans only grow the step per minute).
-#   ZORVI_BENCH_ONLY=mmlc measures mmlc alone (no Wine needed).
+#   ZORVI_BENCH_ONLY=mmlc measures mmlc alone (no Wine needed); a list of
+#   compile, showlog, start, watch and f5 measures mmlc and only those.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 runs=${1:-10}
@@ -83,11 +84,14 @@ echo "midicsv reads                  : $read_notes notes, the end at tick $song_
     { echo "midicsv does not read the song that was written" >&2; exit 1; }
 rm -f "$work/long.mml" "$work/long.mid" "$work/long.csv"
 [ "${ZORVI_BENCH_ONLY:-}" = mmlc ] && exit 0
+# Whether the part named is measured in this run.
+part() { [ -z "${ZORVI_BENCH_ONLY:-}" ] || [[ " $ZORVI_BENCH_ONLY " == *" $1 "* ]]; }
 
 
 # ------------------------------------------------------------------ Zorvi
 cmake --preset windows -S "$root" -B "$build" >/dev/null
-cmake --build "$build" --target zorvi zcompiler zdesktop ztime zlaunch zminimal -j "$jobs" >/dev/null
+cmake --build "$build" --target zorvi zcompiler zdesktop ztime zlaunch zminimal zf5 package \
+    -j "$jobs" >/dev/null
 zorvi_exe=${ZORVI_BENCH_ZORVI:-"$build/zorvi.exe"}
 [ -f "$zorvi_exe" ] || { echo "no $zorvi_exe" >&2; exit 1; }
 # The desktop keeper holds Wine's desktop process for the whole run, as a
@@ -132,9 +136,12 @@ settings 0
 wine "$inst/zorvi.exe" -compilenow "$song" >"$work/wine.out" 2>&1 || true
 [ -f "$work/songs/song.out" ] && [ -f "$inst/Zorvi.bat" ] || { echo "the compile did not run" >&2; exit 1; }
 
+if part compile; then
 echo "== Command-line compile, medians of $runs runs each (alternating)"
 ztime compile "$runs" "$w_inst" "$song" "$(win "$tools/zlaunch.exe")" "$w_inst\\Zorvi.bat"
+fi
 
+if part showlog; then
 echo "== Showing a log (-showlog)"
 line='song.mml(1234) : warning W042: note length exceeds the bar'
 for kind in early full; do
@@ -154,13 +161,28 @@ for kind in early full; do
     done
 done
 rm -f "$work/songs/song.log"
+fi
 
+if part start; then
 echo "== Start-up to a visible window, medians of $runs runs each (alternating)"
 ztime start "$runs" "$w_inst" ZorviMain "$w_inst\\zorvi.exe" ZorviBenchMinimal "$(win "$tools/zminimal.exe")"
+fi
 
+if part watch; then
 idle=${ZORVI_BENCH_IDLE:-60}
 echo "== Watch mode: $idle s of an unchanged target, then $runs saved changes (medians)"
 settings 1
 ztime watch "$runs" "$w_inst" "$song" "$(win "$tools/zlaunch.exe")" "$w_inst\\Zorvi.bat" \
     "$probe\\pid.txt" "$probe\\stamp.txt" "$idle"
+fi
+
+if part f5; then
+echo "== The F5 loop on the example song, medians of $runs runs"
+# A fresh copy of the unpacked package, as a user starts it, with no Zorvi.ini yet.
+cp -r "$build/package" "$work/package"
+cp "$zorvi_exe" "$work/package/zorvi.exe"
+wine "$tools/zf5.exe" "$runs" "$(win "$work/package")" >"$work/zf5.out" 2>"$work/zf5.err" ||
+    { tr -d '\r' <"$work/zf5.err" >&2; exit 1; }
+tr -d '\r' <"$work/zf5.out"
+fi
 echo "machine load at the end:$(uptime | sed 's/.*load average//')"

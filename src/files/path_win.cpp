@@ -3,7 +3,6 @@
 #include "files/path_win.h"
 
 #include <shlobj.h>
-#include <shlwapi.h>
 
 #include <exception>
 
@@ -72,12 +71,21 @@ std::string GetWindowsFolder() {
     return TrimNull(buffer.substr(0, length));
 }
 
-bool PathExists(const std::string& path) {
-    return !path.empty() && PathFileExistsA(PathBuffer(path).c_str()) != FALSE;
+// The path's attributes as the shell's existence tests read them, without a
+// box for a drive that is not ready; INVALID_FILE_ATTRIBUTES when it is not there.
+DWORD Attributes(const std::string& path) {
+    if (path.empty()) return INVALID_FILE_ATTRIBUTES;
+    const UINT previous = SetErrorMode(SEM_FAILCRITICALERRORS);
+    const DWORD attributes = GetFileAttributesA(PathBuffer(path).c_str());
+    SetErrorMode(previous);
+    return attributes;
 }
 
+bool PathExists(const std::string& path) { return Attributes(path) != INVALID_FILE_ATTRIBUTES; }
+
 bool IsFolder(const std::string& path) {
-    return !path.empty() && PathIsDirectoryA(PathBuffer(path).c_str()) != FALSE;
+    const DWORD attributes = Attributes(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 // A device (NUL, COM1, and on most systems a device name with any
@@ -89,32 +97,39 @@ bool IsDevice(const std::string& path) { return GetFullPath(path).starts_with("\
 }  // namespace
 
 bool FileExists(const std::string& path) {
-    return PathExists(path) && !IsFolder(path) && !IsDevice(path);
+    const DWORD attributes = Attributes(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0 &&
+           !IsDevice(path);
 }
 
+// The text forms below are the shell's string calls done by their twins in
+// path_text.cpp (tests/files compare the two), so that a command-line
+// compile never loads the shell's DLL, which brings the window system with it.
 std::string UnquotePath(const std::string& path) {
-    std::string buffer = PathBuffer(path);
-    PathUnquoteSpacesA(buffer.data());
-    return TrimNull(buffer);
+    std::string text = TrimNull(PathBuffer(path));
+    // Only quotes around the whole text go.
+    if (!text.empty() && text.front() == '"' && text.back() == '"') {
+        text.pop_back();
+        if (!text.empty()) text.erase(0, 1);
+    }
+    return text;
 }
 
 std::string AddBackslash(const std::string& path) {
-    std::string buffer = PathBuffer(path);
-    // A path of MAX_PATH characters or more has no room for the backslash: the call fails.
-    if (PathAddBackslashA(buffer.data()) == nullptr) return {};
-    return TrimNull(buffer);
+    // A path of MAX_PATH characters or more has no room for the backslash: empty.
+    return AppendBackslash(TrimNull(PathBuffer(path)));
 }
 
 std::string RemoveBackslash(const std::string& path) {
-    std::string buffer = PathBuffer(path);
-    if (PathRemoveBackslashA(buffer.data()) == nullptr) return {};
-    return TrimNull(buffer);
+    return StripBackslash(TrimNull(PathBuffer(path)));
 }
 
 std::string GetParentFolder(const std::string& path) {
-    std::string buffer = PathBuffer(path);
-    if (!PathRemoveFileSpecA(buffer.data())) return {};
-    return TrimNull(buffer);
+    const std::string text = TrimNull(PathBuffer(path));
+    std::string parent = StripFileSpec(text);
+    // Nothing to take away: the shell's call reports a failure.
+    if (parent == text) return {};
+    return parent;
 }
 
 std::string GetFolderOf(const std::string& path) { return AddBackslash(GetParentFolder(path)); }

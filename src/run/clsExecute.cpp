@@ -172,14 +172,17 @@ bool clsExecute::RunConsole(const std::string& commandLine, int showCommand, boo
 // Each round reads the exit code, serves the windows, decides, and then
 // sleeps until the program ends, a message arrives or 100 ms pass, so an
 // ending is seen at once and the windows stay responsive without the wait
-// using the processor.
+// using the processor. The window system's DLL is bound on its first call:
+// while it is not loaded there is no window to serve (a command-line
+// compile), and the wait does not load it just to ask for messages.
 void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
     noticeDelayMs_.reset();
+    const bool serveWindows = GetModuleHandleW(L"user32.dll") != nullptr;
     for (;;) {
         DWORD code = 0;
         const bool known = process != nullptr && GetExitCodeProcess(process, &code);
         if (known) exitCode = code;
-        if (!PumpMessages()) return;
+        if (serveWindows && !PumpMessages()) return;
         // A handle whose exit code cannot be read will never report an end:
         // stop rather than poll for ever.
         if (known && exitCode != STILL_ACTIVE) {
@@ -193,8 +196,12 @@ void clsExecute::WaitForEnd(HANDLE process, DWORD& exitCode) {
             }
         }
         if (aborted_ || !known || exitCode != STILL_ACTIVE) return;
-        MsgWaitForMultipleObjectsEx(1, &process, kPollMilliseconds, QS_ALLINPUT,
-                                    MWMO_INPUTAVAILABLE);
+        if (serveWindows) {
+            MsgWaitForMultipleObjectsEx(1, &process, kPollMilliseconds, QS_ALLINPUT,
+                                        MWMO_INPUTAVAILABLE);
+        } else {
+            WaitForSingleObject(process, kPollMilliseconds);
+        }
     }
 }
 

@@ -245,7 +245,8 @@ Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
 
     const bool shortNames = UseShortNames(ReadIniFlag(cfg::kForceShortName, configuration),
                                           names.target);
-    const std::string shortTarget = mdlFile::GetShortPath(names.target);
+    // Asked of the file system only when the short name is used.
+    const std::string shortTarget = shortNames ? mdlFile::GetShortPath(names.target) : "";
     if (shortNames) {
         DeleteShortNamed(shortTarget, names.target, "LOG");
         if (DeleteShortNamed(shortTarget, names.target, names.extension)) oldLastWrite = 0;

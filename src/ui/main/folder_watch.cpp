@@ -37,8 +37,10 @@ bool FolderWatch::Watch(HWND window, UINT message, const std::string& folder) {
 void FolderWatch::Run(HANDLE handle) {
     const UniqueChangeNotification notification(handle);
     const HANDLE waits[2] = {stop_.get(), notification.get()};
+    bool stopped = false;
     for (;;) {
         const DWORD woken = WaitForMultipleObjects(2, waits, FALSE, INFINITE);
+        stopped = woken == WAIT_OBJECT_0;
         if (woken != WAIT_OBJECT_0 + 1) break;  // stopped, or the wait failed
         if (!pending_.exchange(true)) PostMessageW(window_, message_, 0, 0);
         // A folder that was removed cannot be watched on: the timer takes over.
@@ -46,9 +48,14 @@ void FolderWatch::Run(HANDLE handle) {
             GetFileAttributesA(folder_.c_str()) == INVALID_FILE_ATTRIBUTES) {
             break;
         }
-        if (pending_ && WaitForSingleObject(stop_.get(), kBusyPauseMs) == WAIT_OBJECT_0) break;
+        if (pending_ && WaitForSingleObject(stop_.get(), kBusyPauseMs) == WAIT_OBJECT_0) {
+            stopped = true;
+            break;
+        }
     }
     ended_ = true;
+    // The window learns that it must look for changes by its timer again.
+    if (!stopped && !pending_.exchange(true)) PostMessageW(window_, message_, 0, 0);
 }
 
 void FolderWatch::Stop() {

@@ -35,17 +35,24 @@ public:
     void SetEnabled(bool enabled);
     void SetHeld(bool held);
     void SetInterval(unsigned milliseconds);
+    // While the folder's change notifications wake the window, the timer is
+    // only a safety net and ticks at the stretched period (the interval, if
+    // that is longer): an idle watch then costs next to no processor.
+    void SetStretched(bool stretched);
     unsigned Interval() const { return interval_; }
     bool Running() const { return running_; }  // a platform timer is set
+    static constexpr unsigned kStretchedMs = 2000;
 
 private:
     void Apply();
+    unsigned Period() const { return stretched_ && interval_ < kStretchedMs ? kStretchedMs : interval_; }
 
     HWND window_ = nullptr;
     UINT_PTR id_ = 0;
     bool enabled_ = false;
     bool held_ = false;
     bool running_ = false;
+    bool stretched_ = false;
     unsigned interval_ = 250;
 };
 
@@ -219,6 +226,9 @@ private:
     void RunCompile();
     void OnTimerTick();
     void UpdateFolderWatch();
+    void StretchWatchTimer();
+    void SetStatusTextLater(const std::wstring& text);
+    void LookAgainSoon();
     void OnFolderChanged();
     void ReleaseTarget();
     void OnDropFiles(HDROP drop);

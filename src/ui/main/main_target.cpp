@@ -45,13 +45,19 @@ void WatchTimer::SetHeld(bool held) {
 void WatchTimer::SetInterval(unsigned milliseconds) {
     interval_ = milliseconds;
     // A running timer takes the new period at once.
-    if (running_) SetTimer(window_, id_, interval_, nullptr);
+    if (running_) SetTimer(window_, id_, Period(), nullptr);
+}
+
+void WatchTimer::SetStretched(bool stretched) {
+    if (stretched == stretched_) return;
+    stretched_ = stretched;
+    if (running_) SetTimer(window_, id_, Period(), nullptr);
 }
 
 void WatchTimer::Apply() {
     const bool wanted = enabled_ && !held_ && window_ != nullptr;
     if (wanted && !running_) {
-        running_ = SetTimer(window_, id_, interval_, nullptr) != 0;
+        running_ = SetTimer(window_, id_, Period(), nullptr) != 0;
     } else if (!wanted && running_) {
         // KillTimer also drops a tick already waiting in the queue.
         KillTimer(window_, id_);
@@ -146,10 +152,22 @@ void frmZorvi::UpdateFolderWatch() {
     } else {
         folderWatch_.Stop();
     }
+    StretchWatchTimer();
+}
+
+void frmZorvi::StretchWatchTimer() {
+    // A missing target is looked at on every tick, so that it is let go in time.
+    tmrTimer1.SetStretched(folderWatch_.Active() && missingTarget_.ticks == 0);
+}
+
+void frmZorvi::LookAgainSoon() {
+    if (tmrTimer1.Enabled()) SetTimer(Handle(), kSettleTimerId, kSettleMs, nullptr);
 }
 
 void frmZorvi::OnFolderChanged() {
     folderWatch_.Taken();
+    // The notifications may have ended (the folder went): the timer takes over.
+    StretchWatchTimer();
     if (!tmrTimer1.Enabled()) return;
     const std::uint64_t now = GetTickCount64();
     if (!settling_) {
@@ -170,7 +188,10 @@ void frmZorvi::WatchToggle() {
 void frmZorvi::OnTimerTick() {
     const std::string target = mdlMain::TargetFile();
     const auto written = LastWriteTime(target);
-    switch (WatchTick(compiling_, written, storedTimestamp_, missingTarget_, GetTickCount64())) {
+    const TickAction action =
+        WatchTick(compiling_, written, storedTimestamp_, missingTarget_, GetTickCount64());
+    StretchWatchTimer();
+    switch (action) {
     case TickAction::Nothing: return;
     case TickAction::Release: ReleaseTarget(); return;
     case TickAction::Compile: {
@@ -195,6 +216,10 @@ void frmZorvi::ReleaseTarget() {
 
 void frmZorvi::RunCompile() {
     if (compileCommand_) compileCommand_(*this);
+    // A save made while it ran was refused by the ticks meanwhile; with the
+    // timer stretched the next one is far off, so the target is looked at
+    // again at once.
+    LookAgainSoon();
     if (closeAfterCompile_ && !compiling_) PostMessageW(Handle(), WM_CLOSE, 0, 0);
 }
 

@@ -167,13 +167,24 @@ void frmZorvi::ViewUpdate() {
                        mdlFile::FileExists(mdlFile::ChangeExtension(target, "log")));
 }
 
+// The bar paints a new text at once; a compile sets its text just before it
+// starts the tools, and must not wait for the drawing. With the bar's redraw
+// off the text is only stored, and it is painted with the next messages,
+// which the wait for the compile serves right after the start.
+void frmZorvi::SetStatusTextLater(const std::wstring& text) {
+    SendMessageW(statusBar_, WM_SETREDRAW, FALSE, 0);
+    SendMessageW(statusBar_, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    SendMessageW(statusBar_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(statusBar_, nullptr, FALSE);
+}
+
 void frmZorvi::ViewChange_StatusBar(const std::string& text) { ViewChange_StatusBar(1, text, {}); }
 
 void frmZorvi::ViewChange_StatusBar(int panel, const std::string& text, const std::string& path) {
     switch (panel) {
     case 1:
         panelText_[0] = Widen(text);
-        SendMessageW(statusBar_, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(panelText_[0].c_str()));
+        SetStatusTextLater(panelText_[0]);
         break;
     case 2: SetPlayerPanel(text, zorvi::PlayerPanelEnabled(text, mdlFile::FileExists(path))); break;
     case 3: {
