@@ -9,7 +9,9 @@
 namespace zorvi {
 
 std::string NumberedMenuCaption(int number, std::string_view name) {
-    std::string caption = "&" + std::to_string(number) + " : ";
+    std::string caption = "&";  // built in steps: GCC 12 sees a false overlap in "&" + text
+    caption += std::to_string(number);
+    caption += " : ";
     for (std::size_t at = 0; at < name.size();) {
         // A second byte of a double-byte character is never an "&".
         const std::size_t length = CharLength(name, at);
