@@ -8,6 +8,8 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 # shellcheck source=wine-env.sh
 . "$here/wine-env.sh" "${1:?usage: start.sh HARNESS_DIR}"
 
+# The prefix first: scripts/test.sh may be making it already.
+"$here/prefix.sh" "$HARNESS_DIR"
 # A run that was killed may have left its server or display behind.
 "$here/stop.sh" "$HARNESS_DIR" >/dev/null 2>&1 || true
 
@@ -33,22 +35,6 @@ fi
 echo ":$(tr -d '[:space:]' <"$HARNESS_DIR/display.new")" >"$HARNESS_DIR/display"
 DISPLAY=$(cat "$HARNESS_DIR/display")
 export DISPLAY
-
-if [ ! -f "$WINEPREFIX/.ready" ]; then
-    rm -rf "$WINEPREFIX"
-    wineboot -i </dev/null >"$HARNESS_DIR/wineboot.log" 2>&1
-    fonts="$WINEPREFIX/drive_c/windows/Fonts"
-    mkdir -p "$fonts"
-    # Debian's Wine does not find its own fonts unless they sit in the prefix.
-    cp /usr/share/wine/fonts/*.ttf "$fonts/" 2>/dev/null || true
-    for f in /usr/share/fonts/opentype/ipafont-gothic/ipagp.ttf \
-             /usr/share/fonts/opentype/ipafont-gothic/ipag.ttf; do
-        [ -f "$f" ] && cp "$f" "$fonts/"
-    done
-    wine regedit /S "$(winepath -w "$here/wine.reg" 2>/dev/null)" </dev/null >>"$HARNESS_DIR/wineboot.log" 2>&1
-    wineserver -w
-    touch "$WINEPREFIX/.ready"
-fi
 
 # A persistent server and its services, started once, make every later
 # "wine prog.exe" quick and keep Wine's helpers off CTest's output pipes.
