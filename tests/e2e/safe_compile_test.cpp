@@ -189,8 +189,8 @@ TEST(Watch, AnAtomicSaveCompilesOnceAndWatchingGoesOn) {
     Installation zorvi;
     WriteSetup(zorvi, "", "AutoWatch=1\r\nTimerInterval=50\r\n");
     // Each version of the song has its compiles recorded in a file of its own.
-    const auto version = [&](const char* record) {
-        return "args=" + (zorvi / record) + "\r\no4 c\r\n";
+    const auto version = [&](const char* record, const char* orders = "") {
+        return "args=" + (zorvi / record) + "\r\n" + orders + "o4 c\r\n";
     };
     const auto starts = [&](const char* record) {
         int count = 0;
@@ -210,15 +210,18 @@ TEST(Watch, AnAtomicSaveCompilesOnceAndWatchingGoesOn) {
     ASSERT_TRUE(MoveFileA((zorvi / "song.mml.tmp").c_str(), (zorvi / "song.mml").c_str()));
     ASSERT_TRUE(WaitUntil([&] { return starts("atomic.txt") == 1; })) << "no compile on the save";
 
-    zorvi.Write("song.mml", version("plain.txt") + "hang=1\r\n");
+    zorvi.Write("song.mml", version("plain.txt", "hang=1\r\n"));
     Touch(zorvi / "song.mml");
     ASSERT_TRUE(WaitUntil([&] { return starts("plain.txt") == 1; })) << "no longer watching";
     // A compile still running is stopped on the way out, after one question
     // however often the window is asked to close.
     PostMessageW(main, WM_CLOSE, 0, 0);
-    PostMessageW(main, WM_CLOSE, 0, 0);
     HWND box = nullptr;
     ASSERT_TRUE(WaitUntil([&] { return (box = FindWindowW(L"#32770", L"Zorvi - Check")); }));
+    // Asked again while the question is open, the window answers at once
+    // instead of opening a second question inside the first.
+    DWORD_PTR answer = 0;
+    EXPECT_NE(SendMessageTimeoutW(main, WM_CLOSE, 0, 0, SMTO_NORMAL, 5000, &answer), 0);
     PressButton(box, IDYES);
     EXPECT_TRUE(run.WaitForExit(20s).has_value());
     EXPECT_EQ(starts("before.txt"), 0);
