@@ -121,8 +121,9 @@ void frmConfig::RefreshConfigurationList() {
 }
 
 void frmConfig::SynchronizeSelector(bool reloadRecords) {
-    const std::string current =
-        settings::SafeConfigurationName(ReadIni(keys::kDefault, MainFile()));
+    // The configuration in use, which is the example one while none is
+    // named: the selector shows what F5 would run.
+    const std::string current = settings::SafeConfigurationName(GetDefaultPreset(PresetForm::Name));
     if (current == SelectorText()) return;
     SetText(cboCombo(0), current);
     ViewChangeConfigure(settings::ConfigurationFile(appFolder_, current));

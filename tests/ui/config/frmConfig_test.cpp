@@ -239,6 +239,13 @@ TEST_F(Configure, ConfigurationsAreNamedChosenByAFilterMadeAndDeleted) {
     Show(0);
     EXPECT_EQ(WindowText(window.cboCombo(0)), Widen(second));
     EXPECT_EQ(WindowText(window.txtText(2)), L"second.exe");
+    // While no configuration is named, the example one is in use, and shown.
+    std::ofstream(CfgPath("Example"), std::ios::binary) << "[Configure]\r\nConsole=ex.exe\r\n";
+    WritePrivateProfileStringA("Setting", "Default", "", s.MainFile().c_str());
+    Show(0);
+    DeleteFileA(CfgPath("Example").c_str());
+    EXPECT_EQ(WindowText(window.cboCombo(0)), L"Example");
+    EXPECT_EQ(WindowText(window.txtText(2)), L"ex.exe");
 
     inputs = {name};
     Click(window.cmdCommand(frmConfig::kNewConfigure));
