@@ -5,6 +5,9 @@
 #include <windows.h>
 #include <shlobj.h>
 
+#include <functional>
+#include <utility>
+
 #include "core/mdlMain.h"
 #include "files/path_win.h"
 #include "files/variables.h"
@@ -32,17 +35,24 @@ std::string ExpandSystemVariables(const std::string& text) {
 
 namespace {
 
-VariableFacts FactsFor(const std::string& configurationPath) {
+VariableFacts FactsFor(std::function<std::string()> console) {
     return VariableFacts{
         SystemFactsOfThisMachine(),
         [](const std::string& path) { return GetShortPath(path); },
-        [configurationPath] {
-            const std::string file =
-                configurationPath.empty() ? GetDefaultPreset() : configurationPath;
-            return ReadIni(settings::config_file::kConsole, file);
-        },
+        std::move(console),
         [] { return mdlMain::TargetFile(); },
     };
+}
+
+VariableFacts FactsFor(const std::string& configurationPath) {
+    return FactsFor([configurationPath] {
+        const std::string file = configurationPath.empty() ? GetDefaultPreset() : configurationPath;
+        return ReadIni(settings::config_file::kConsole, file);
+    });
+}
+
+VariableFacts FactsFor(const IniFile& configuration) {
+    return FactsFor([&configuration] { return configuration.Read(settings::config_file::kConsole); });
 }
 
 }  // namespace
@@ -52,9 +62,14 @@ std::string ExpandVariables(const std::string& text, bool shortFolders, bool sho
     return ExpandVariablesWith(text, shortFolders, shortNames, FactsFor(configurationPath));
 }
 
+std::string ExpandVariables(const std::string& text, bool shortFolders, bool shortNames,
+                            const IniFile& configuration) {
+    return ExpandVariablesWith(text, shortFolders, shortNames, FactsFor(configuration));
+}
+
 std::string ExpandScriptVariables(const std::string& script, bool shortNames,
-                                  const std::string& configurationPath) {
-    return ExpandVariablesWith(script, true, shortNames, FactsFor(configurationPath), true);
+                                  const IniFile& configuration) {
+    return ExpandVariablesWith(script, true, shortNames, FactsFor(configuration), true);
 }
 
 }  // namespace zorvi::mdlFile

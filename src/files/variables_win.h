@@ -3,6 +3,10 @@
 
 #include <string>
 
+namespace zorvi {
+class IniFile;
+}
+
 namespace zorvi::mdlFile {
 
 // The folders of the system and of the program itself.
@@ -12,9 +16,12 @@ std::string ExpandSystemVariables(const std::string& text);
 // target file. A text without "$" comes back as it is, with nothing read.
 std::string ExpandVariables(const std::string& text, bool shortFolders, bool shortNames,
                             const std::string& configurationPath);
+// The same, with the console compiler read from a configuration already open.
+std::string ExpandVariables(const std::string& text, bool shortFolders, bool shortNames,
+                            const IniFile& configuration);
 // ExpandVariables for the lines of a batch script: short folders, and every
 // value escaped for the command interpreter where it stands.
 std::string ExpandScriptVariables(const std::string& script, bool shortNames,
-                                  const std::string& configurationPath);
+                                  const IniFile& configuration);
 
 }  // namespace zorvi::mdlFile

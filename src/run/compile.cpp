@@ -110,12 +110,11 @@ std::optional<OutputState> ReadOutputState(const std::string& path) {
     return state;
 }
 
-std::string ReadScript(const std::string& configurationPath) {
+std::string ReadScript(const IniFile& configuration) {
     const auto& block = cfg::kScript;
-    const int lines = ReadIniInt(block.section, block.countKey, 0, configurationPath);
+    const int lines = configuration.ReadInt(block.section, block.countKey, 0);
     return BuildScriptText(lines, [&](int line) {
-        return ReadIni(block.section, settings::NumberedKey(block.linePrefix, line), "",
-                       configurationPath);
+        return configuration.Read(block.section, settings::NumberedKey(block.linePrefix, line), "");
     });
 }
 
@@ -203,29 +202,28 @@ Outcome EndedAt(Stage stage) {
 // changed meanwhile (a drop, the history) is never touched by this compile.
 struct CompileNames {
     std::string target;
-    std::string configuration;
     std::string extension;
     std::string output;
     std::string log;
 };
 
-CompileNames NamesFor(const std::string& target, const std::string& configurationPath) {
+CompileNames NamesFor(const std::string& target, const IniFile& configuration) {
     CompileNames names;
     names.target = target;
-    names.configuration = configurationPath;
-    names.extension = ReadIni(cfg::kExtension, configurationPath);
+    names.extension = configuration.Read(cfg::kExtension);
     names.output = mdlFile::ChangeExtension(target, names.extension);
     names.log = mdlFile::ChangeExtension(target, "log");
     return names;
 }
 
 // From the compiler's folder to the verdict: the part both drivers share.
-Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
-    const std::string& configuration = names.configuration;
-    const std::string console = mdlFile::ExpandSystemVariables(ReadIni(cfg::kConsole, configuration));
+// Each section of the configuration is read once, at the first key asked of
+// it, so a compile costs a handful of file reads, not one per key.
+Outcome RunCompileSteps(const CompileNames& names, const IniFile& configuration, HWND owner) {
+    const std::string console = mdlFile::ExpandSystemVariables(configuration.Read(cfg::kConsole));
     const std::string consoleFolder = mdlFile::GetFolderOf(console);
 
-    if (!ReadIniFlag(cfg::kUseCUI, configuration)) return EndedAt(Stage::NoConsole);
+    if (!configuration.ReadFlag(cfg::kUseCUI)) return EndedAt(Stage::NoConsole);
 
     if (!mdlFile::PathExists(consoleFolder)) {
         ShowCheckMessage(owner, LoadText(ids::kDosProgramFolderNotFound), MB_ICONINFORMATION);
@@ -243,7 +241,7 @@ Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
 
     std::string script = ReadScript(configuration);
 
-    const bool shortNames = UseShortNames(ReadIniFlag(cfg::kForceShortName, configuration),
+    const bool shortNames = UseShortNames(configuration.ReadFlag(cfg::kForceShortName),
                                           names.target);
     // Asked of the file system only when the short name is used.
     const std::string shortTarget = shortNames ? mdlFile::GetShortPath(names.target) : "";
@@ -253,7 +251,7 @@ Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
     }
 
     script = mdlFile::ExpandScriptVariables(script, shortNames, configuration);
-    const bool stepMode = ReadIniFlag(cfg::kStepMode, configuration);
+    const bool stepMode = configuration.ReadFlag(cfg::kStepMode);
     if (stepMode) script = AddStepPauses(script);
 
     std::string tempName;
@@ -281,7 +279,7 @@ Outcome RunCompileSteps(const CompileNames& names, HWND owner) {
         RenameBack(shortTarget, names.target, "log");
         verdict.outputRenamedBack = RenameBack(shortTarget, names.target, names.extension);
     }
-    verdict.detectError = ReadIniFlag(cfg::kDetectError, configuration);
+    verdict.detectError = configuration.ReadFlag(cfg::kDetectError);
     verdict.output = ReadOutputState(names.output).value_or(OutputState{});
     verdict.oldLastWrite = oldLastWrite;
     // A stopped compile is a failure whatever it left behind.
@@ -319,15 +317,15 @@ void CompileCommand(CompileHost& host) {
     const std::string target = mdlMain::TargetFile();
     if (!mdlFile::FileExists(target)) return;
 
-    const std::string configuration = GetDefaultPreset();
-    if (!mdlFile::FileExists(configuration)) {
+    const IniFile configuration(GetDefaultPreset());
+    if (!mdlFile::FileExists(configuration.Path())) {
         ShowCheckMessage(owner, LoadText(ids::kConfigurationFileNotFound), MB_ICONINFORMATION);
         return;
     }
     const CompileNames names = NamesFor(target, configuration);
     host.ViewChange_StatusBar(kNowConvertingTo + mdlFile::GetFileName(names.output));
 
-    const Outcome outcome = RunCompileSteps(names, owner);
+    const Outcome outcome = RunCompileSteps(names, configuration, owner);
     switch (outcome.stage) {
     case Stage::Stopped:
         return;
@@ -348,8 +346,8 @@ void CompileCommand(CompileHost& host) {
     case Stage::NoConsole:
         break;
     }
-    if (ReadIniFlag(cfg::kUseGUIAfterCompile, configuration)) {
-        CMD_DoPlay(configuration, owner, names.target);
+    if (configuration.ReadFlag(cfg::kUseGUIAfterCompile)) {
+        CMD_DoPlay(configuration.Path(), owner, names.target);
     }
     host.ViewUpdate();
 }
@@ -402,7 +400,8 @@ int DoCompile2(const std::string& targetFile, const std::string& presetPath, boo
             ShowCheckMessage(nullptr, LoadText(ids::kConfigurationFileNotFound), MB_ICONINFORMATION);
             return 0;
         }
-        const Outcome outcome = RunCompileSteps(NamesFor(targetFile, *configuration), nullptr);
+        const IniFile opened(*configuration);
+        const Outcome outcome = RunCompileSteps(NamesFor(targetFile, opened), opened, nullptr);
         switch (outcome.stage) {
         case Stage::Stopped:
             return 0;
@@ -433,9 +432,9 @@ FilterCode ExtensionFilter(const std::string& file, std::string& configurationNa
     }
 }
 
-bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND /*owner*/,
+bool DosCommandCreate(const IniFile& configuration, bool stepMode, HWND /*owner*/,
                       DWORD* startError) {
-    const int windowState = ReadIniInt(cfg::kCUIWindowState, configurationPath);
+    const int windowState = configuration.ReadInt(cfg::kCUIWindowState);
     // Step mode waits for keys: it always has a console to press them in.
     const int showCommand = stepMode ? SW_SHOWNORMAL : ShowCommandForWindowState(windowState);
     const bool noConsole = !stepMode && windowState == 0;

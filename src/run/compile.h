@@ -10,6 +10,8 @@
 
 namespace zorvi {
 
+class IniFile;
+
 // What CMD_DoCompile needs from the main window; the main window implements it.
 class CompileHost {
 public:
@@ -38,7 +40,7 @@ FilterCode ExtensionFilter(const std::string& file, std::string& configurationNa
 // Runs the already written Zorvi.bat through the interpreter named by COMSPEC
 // and waits for it. False when nothing could be started; startError then gets
 // the system's reason.
-bool DosCommandCreate(const std::string& configurationPath, bool stepMode, HWND owner,
+bool DosCommandCreate(const IniFile& configuration, bool stepMode, HWND owner,
                       DWORD* startError = nullptr);
 
 // Ends the running compile's interpreter and everything it started; the

@@ -13,18 +13,18 @@
 
 namespace zorvi {
 
-int RequiredToolsCheck(const std::string& configurationPath, const std::string& folder,
+int RequiredToolsCheck(const IniFile& configuration, const std::string& folder,
                        std::string& missing) {
     try {
         const auto& block = settings::config_file::kRequired;
         const std::string base = mdlFile::AddBackslash(folder);
         const MissingTools result = CountMissingTools(
-            ReadIniInt(block.section, block.countKey, 0, configurationPath),
+            configuration.ReadInt(block.section, block.countKey, 0),
             [&](int item) {
                 return mdlFile::ExpandVariables(
-                    ReadIni(block.section, settings::NumberedKey(block.linePrefix, item), "",
-                            configurationPath),
-                    false, false, configurationPath);
+                    configuration.Read(block.section,
+                                       settings::NumberedKey(block.linePrefix, item), ""),
+                    false, false, configuration);
             },
             // A required folder (a voice bank, say) counts as much as a file.
             [&](const std::string& item) {

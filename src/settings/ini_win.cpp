@@ -146,6 +146,34 @@ void IniSection::Remember(const std::string& key, const std::string& value) {
     values_.insert_or_assign(AsciiLower(key), StoredValue(TrimBlanks(value)));
 }
 
+const IniSection& IniFile::Section(const std::string& name) const {
+    const std::string folded = AsciiLower(name);
+    auto place = sections_.find(folded);
+    if (place == sections_.end()) place = sections_.try_emplace(folded, name, path_).first;
+    return place->second;
+}
+
+std::string IniFile::Read(const std::string& section, const std::string& key,
+                          const std::string& fallback) const {
+    return Section(section).Read(key, fallback);
+}
+
+int IniFile::ReadInt(const std::string& section, const std::string& key, int fallback) const {
+    return Section(section).ReadInt(key, fallback);
+}
+
+std::string IniFile::Read(const settings::TextKey& key) const {
+    return Read(key.section, key.name, key.fallback);
+}
+
+int IniFile::ReadInt(const settings::IntKey& key) const {
+    return ReadInt(key.section, key.name, key.fallback);
+}
+
+bool IniFile::ReadFlag(const settings::IntKey& key) const {
+    return settings::FlagHolds(key, ReadInt(key));
+}
+
 bool IniUpdater::Write(const std::string& section, const std::string& key,
                        const std::string& value, const std::string& file) {
     auto place = sections_.find({file, AsciiLower(section)});
@@ -167,8 +195,7 @@ int ReadIniInt(const settings::IntKey& key, const std::string& file) {
 }
 
 bool ReadIniFlag(const settings::IntKey& key, const std::string& file) {
-    const int value = ReadIniInt(key, file);
-    return key.test == settings::FlagTest::NonZero ? value != 0 : value == 1;
+    return settings::FlagHolds(key, ReadIniInt(key, file));
 }
 
 std::string GetDefaultPreset(PresetForm form) {

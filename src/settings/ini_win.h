@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "settings/schema.h"
 
@@ -38,6 +39,31 @@ private:
     const std::string* Find(const std::string& key) const;
 
     std::unordered_map<std::string, std::string> values_;  // keys in lower case
+};
+
+// A settings file read a section at a time: the first key asked of a
+// section reads the whole section in one call, later keys come from there.
+// A compile reads a dozen keys of its configuration, and Wine opens the file
+// anew for each key read. The answers are the ones ReadIni, ReadIniInt and
+// ReadIniFlag give; a change made to the file after a section was read is
+// not seen.
+class IniFile {
+public:
+    explicit IniFile(std::string path) : path_(std::move(path)) {}
+
+    const std::string& Path() const { return path_; }
+    std::string Read(const std::string& section, const std::string& key,
+                     const std::string& fallback) const;
+    int ReadInt(const std::string& section, const std::string& key, int fallback) const;
+    std::string Read(const settings::TextKey& key) const;
+    int ReadInt(const settings::IntKey& key) const;
+    bool ReadFlag(const settings::IntKey& key) const;
+
+private:
+    const IniSection& Section(const std::string& name) const;
+
+    std::string path_;
+    mutable std::map<std::string, IniSection> sections_;  // by name in lower case
 };
 
 // Writes a key only when it does not hold the value yet: every write

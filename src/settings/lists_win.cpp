@@ -26,8 +26,7 @@ int ReadField(const IntKey& field, int index, const IniSection& section) {
 }
 
 bool ReadFlagField(const IntKey& field, int index, const IniSection& section) {
-    const int value = ReadField(field, index, section);
-    return field.test == FlagTest::NonZero ? value != 0 : value == 1;
+    return FlagHolds(field, ReadField(field, index, section));
 }
 
 int ReadCount(const IniSection& section, const char* countKey) {

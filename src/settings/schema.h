@@ -21,6 +21,11 @@ struct IntKey {
     FlagTest test = FlagTest::ExactlyOne;  // used only when the value is a flag
 };
 
+// Whether a value read for a flag key turns the flag on.
+constexpr bool FlagHolds(const IntKey& key, int value) {
+    return key.test == FlagTest::NonZero ? value != 0 : value == 1;
+}
+
 // A counted list: CountKey = N, then Prefix1 ... PrefixN. Record lists use the
 // same count key, and every field of record i is its own key: field name + i.
 struct CountedList {

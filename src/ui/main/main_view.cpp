@@ -189,10 +189,12 @@ void frmZorvi::ViewChange_StatusBar(int panel, const std::string& text, const st
     case 2: SetPlayerPanel(text, zorvi::PlayerPanelEnabled(text, mdlFile::FileExists(path))); break;
     case 3: {
         // path: the configuration whose required tools are counted.
+        const IniFile configuration(path);
         const std::string console =
-            mdlFile::ExpandSystemVariables(ReadIni(config_keys::kConsole, path));
+            mdlFile::ExpandSystemVariables(configuration.Read(config_keys::kConsole));
         std::string missing;
-        const int count = RequiredToolsCheck(path, mdlFile::GetFolderOf(console), missing);
+        const int count =
+            RequiredToolsCheck(configuration, mdlFile::GetFolderOf(console), missing);
         panelText_[2] = Widen(StatusPanel3Text(text, count));
         SendMessageW(statusBar_, SB_SETTEXTW, 2, reinterpret_cast<LPARAM>(panelText_[2].c_str()));
         break;
