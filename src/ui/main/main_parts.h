@@ -26,9 +26,10 @@ namespace config_keys = settings::config_file;
 inline constexpr UINT_PTR kWatchTimerId = 1;
 // After a change in the target's folder the target is looked at once the
 // folder has been quiet this long, and at the latest this long after the
-// first change: a burst of writes compiles once.
+// first change: a burst of writes compiles once. Ten milliseconds is the
+// shortest wait a window timer gives.
 inline constexpr UINT_PTR kSettleTimerId = 2;
-inline constexpr UINT kSettleMs = 15;
+inline constexpr UINT kSettleMs = 10;
 inline constexpr std::uint64_t kBurstMs = 50;
 inline constexpr int kComboId = 3001;
 inline constexpr int kIconCount = 8;  // resource icons 101..108: image n is icon 100 + n
