@@ -19,7 +19,11 @@
 #include <string>
 #include <vector>
 
+#include "stopwatch.h"
+
 namespace {
+
+using namespace stopwatch;
 
 constexpr DWORD kStartLimitMs = 20000;
 constexpr DWORD kCompileLimitMs = 60000;
@@ -29,51 +33,9 @@ constexpr DWORD kRestMs = 300;
 // What mmlc writes to its log after a compile that wrote the song.
 constexpr wchar_t kSummary[] = L"mmlc: wrote ";
 
-double NowMs() {
-    static const double frequency = [] {
-        LARGE_INTEGER value{};
-        QueryPerformanceFrequency(&value);
-        return static_cast<double>(value.QuadPart);
-    }();
-    LARGE_INTEGER count{};
-    QueryPerformanceCounter(&count);
-    return 1000.0 * static_cast<double>(count.QuadPart) / frequency;
-}
-
 bool Fail(const std::string& what) {
     std::fprintf(stderr, "zf5: %s\n", what.c_str());
     return false;
-}
-
-double Median(std::vector<double> values) {
-    if (values.empty()) return 0;
-    std::sort(values.begin(), values.end());
-    const std::size_t middle = values.size() / 2;
-    return values.size() % 2 != 0 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
-
-struct WindowQuery {
-    DWORD processId;
-    const wchar_t* windowClass;
-    HWND found;
-};
-
-// Any window of the class, visible or not: the log window exists hidden.
-BOOL CALLBACK MatchWindow(HWND window, LPARAM param) {
-    auto* query = reinterpret_cast<WindowQuery*>(param);
-    DWORD owner = 0;
-    GetWindowThreadProcessId(window, &owner);
-    wchar_t name[64] = {};
-    GetClassNameW(window, name, 64);
-    if (owner != query->processId || lstrcmpW(name, query->windowClass) != 0) return TRUE;
-    query->found = window;
-    return FALSE;
-}
-
-HWND FindOwnWindow(DWORD processId, const wchar_t* windowClass) {
-    WindowQuery query{processId, windowClass, nullptr};
-    EnumWindows(MatchWindow, reinterpret_cast<LPARAM>(&query));
-    return query.found;
 }
 
 std::wstring BoxText(HWND window) {
@@ -89,10 +51,6 @@ std::wstring BoxText(HWND window) {
                         SMTO_ABORTIFHUNG, 5000, &copied);
     text.resize(copied);
     return text;
-}
-
-bool Exists(const std::string& path) {
-    return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 // A key as the keyboard sends it: the scan code in bits 16 to 23, repeat count 1.
@@ -116,7 +74,7 @@ bool Run(int runs, const std::string& folder) {
     CloseHandle(zorvi.hThread);
     const auto end = [&](bool ok) {
         if (WaitForSingleObject(zorvi.hProcess, 0) == WAIT_TIMEOUT) {
-            if (const HWND main = FindOwnWindow(zorvi.dwProcessId, L"ZorviMain")) {
+            if (const HWND main = FindOwnWindow(zorvi.dwProcessId, "ZorviMain", false)) {
                 PostMessageW(main, WM_CLOSE, 0, 0);
             }
             if (WaitForSingleObject(zorvi.hProcess, 10000) != WAIT_OBJECT_0) {
@@ -131,11 +89,8 @@ bool Run(int runs, const std::string& folder) {
 
     HWND main = nullptr;
     for (const double start = NowMs(); main == nullptr && NowMs() - start < kStartLimitMs;) {
-        main = FindOwnWindow(zorvi.dwProcessId, L"ZorviMain");
-        if (main == nullptr || !IsWindowVisible(main)) {
-            main = nullptr;
-            Sleep(5);
-        }
+        main = FindOwnWindow(zorvi.dwProcessId, "ZorviMain", true);
+        if (main == nullptr) Sleep(5);
     }
     if (main == nullptr) return end(Fail("zorvi.exe showed no main window"));
     // Whatever it does at start is over before the clock runs.
@@ -155,9 +110,8 @@ bool Run(int runs, const std::string& folder) {
         PostMessageW(main, WM_KEYDOWN, VK_F7, KeyBits(VK_F7));
         HWND shown = nullptr;
         while (shown == nullptr && NowMs() - start < kShowLimitMs) {
-            const HWND result = FindOwnWindow(zorvi.dwProcessId, L"ZorviResult");
-            if (result != nullptr && IsWindowVisible(result) &&
-                BoxText(result).find(kSummary) != std::wstring::npos) {
+            const HWND result = FindOwnWindow(zorvi.dwProcessId, "ZorviResult", true);
+            if (result != nullptr && BoxText(result).find(kSummary) != std::wstring::npos) {
                 shown = result;
             } else {
                 Sleep(1);
@@ -168,10 +122,8 @@ bool Run(int runs, const std::string& folder) {
         ShowWindow(shown, SW_HIDE);
         Sleep(kRestMs);
     }
-    std::printf("  %-28s", "F5 to the log shown, runs:");
-    for (const double value : shownMs) std::printf(" %.0f", value);
-    std::printf("\n%-36s: %.1f ms (median of %zu)\n", "F5 to the log window shown",
-                Median(shownMs), shownMs.size());
+    PrintRuns("F5 to the log shown, runs:", shownMs);
+    PrintMedian("F5 to the log window shown", shownMs);
     return end(true);
 }
 

@@ -34,24 +34,17 @@
 #include <string>
 #include <vector>
 
+#include "stopwatch.h"
+
 namespace {
+
+using namespace stopwatch;
 
 constexpr double kStartLimitMs = 20000;
 constexpr double kCompileLimitMs = 60000;
 constexpr double kLogLimitMs = 10 * 60 * 1000;
 // A pause between rounds, so that each starts on a machine at rest.
 constexpr DWORD kRestMs = 300;
-
-double NowMs() {
-    static const double frequency = [] {
-        LARGE_INTEGER value{};
-        QueryPerformanceFrequency(&value);
-        return static_cast<double>(value.QuadPart);
-    }();
-    LARGE_INTEGER count{};
-    QueryPerformanceCounter(&count);
-    return 1000.0 * static_cast<double>(count.QuadPart) / frequency;
-}
 
 double CounterToMs(long long count) {
     LARGE_INTEGER frequency{};
@@ -62,23 +55,6 @@ double CounterToMs(long long count) {
 bool Fail(const std::string& what) {
     std::fprintf(stderr, "ztime: %s\n", what.c_str());
     return false;
-}
-
-double Median(std::vector<double> values) {
-    if (values.empty()) return 0;
-    std::sort(values.begin(), values.end());
-    const std::size_t middle = values.size() / 2;
-    return values.size() % 2 != 0 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
-
-void PrintRuns(const char* name, const std::vector<double>& values) {
-    std::printf("  %-28s", name);
-    for (const double value : values) std::printf(" %.0f", value);
-    std::printf("\n");
-}
-
-void PrintMedian(const char* name, const std::vector<double>& values) {
-    std::printf("%-36s: %.1f ms (median of %zu)\n", name, Median(values), values.size());
 }
 
 void PrintRatio(const char* name, double value, double base) {
@@ -133,34 +109,12 @@ private:
     PROCESS_INFORMATION info_{};
 };
 
-struct WindowQuery {
-    DWORD processId;
-    const char* windowClass;
-    HWND found;
-};
-
-BOOL CALLBACK MatchWindow(HWND window, LPARAM param) {
-    auto* query = reinterpret_cast<WindowQuery*>(param);
-    DWORD owner = 0;
-    GetWindowThreadProcessId(window, &owner);
-    char name[64] = {};
-    GetClassNameA(window, name, sizeof name);
-    if (owner != query->processId || lstrcmpA(name, query->windowClass) != 0 ||
-        !IsWindowVisible(window)) {
-        return TRUE;
-    }
-    query->found = window;
-    return FALSE;
-}
-
 // Polled every millisecond: the poll costs the program far less than a
 // millisecond's error would cost the figure.
 HWND WaitWindow(const Child& child, const char* windowClass, double limitMs) {
     const double start = NowMs();
-    WindowQuery query{child.Id(), windowClass, nullptr};
     while (NowMs() - start < limitMs && child.Running()) {
-        EnumWindows(MatchWindow, reinterpret_cast<LPARAM>(&query));
-        if (query.found != nullptr) return query.found;
+        if (const HWND found = FindOwnWindow(child.Id(), windowClass, true)) return found;
         Sleep(1);
     }
     return nullptr;
@@ -176,10 +130,6 @@ unsigned long long WriteTime(const std::string& path) {
     if (!GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data)) return 0;
     return (static_cast<unsigned long long>(data.ftLastWriteTime.dwHighDateTime) << 32) |
            data.ftLastWriteTime.dwLowDateTime;
-}
-
-bool Exists(const std::string& path) {
-    return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool HasChildren(DWORD processId) {
@@ -418,34 +368,25 @@ bool Watch(int runs, const std::string& folder, const std::string& song,
     return CloseAndWait(zorvi, window);
 }
 
-BOOL CALLBACK MatchLogWindow(HWND window, LPARAM param) {
-    if (!MatchWindow(window, param)) {
-        auto* query = reinterpret_cast<WindowQuery*>(param);
-        // Shown with its text: the box is there, whatever it holds.
-        if (FindWindowExA(query->found, nullptr, "Edit", nullptr) != nullptr) return FALSE;
-        query->found = nullptr;
-    }
-    return TRUE;
-}
-
 bool ShowLog(const std::string& folder, const std::string& song) {
     Child zorvi;
     const double start = NowMs();
     if (!zorvi.Start(folder + "\\zorvi.exe", "-showlog " + Quote(song), folder)) return false;
-    WindowQuery query{zorvi.Id(), "ZorviResult", nullptr};
-    while (NowMs() - start < kLogLimitMs && zorvi.Running() && query.found == nullptr) {
-        EnumWindows(MatchLogWindow, reinterpret_cast<LPARAM>(&query));
-        if (query.found == nullptr) Sleep(1);
+    // Shown with its text: the box is there, whatever it holds.
+    HWND shownWindow = nullptr, box = nullptr;
+    while (NowMs() - start < kLogLimitMs && zorvi.Running() && box == nullptr) {
+        shownWindow = FindOwnWindow(zorvi.Id(), "ZorviResult", true);
+        if (shownWindow != nullptr) box = FindWindowExA(shownWindow, nullptr, "Edit", nullptr);
+        if (box == nullptr) Sleep(1);
     }
     const double shown = NowMs() - start;
-    if (query.found == nullptr) return Fail("the log window did not show");
-    const HWND box = FindWindowExA(query.found, nullptr, "Edit", nullptr);
+    if (box == nullptr) return Fail("the log window did not show");
     DWORD_PTR length = 0;
     SendMessageTimeoutW(box, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 5000, &length);
     PROCESS_MEMORY_COUNTERS memory{};
     memory.cb = sizeof memory;
     const bool measured = K32GetProcessMemoryInfo(zorvi.Process(), &memory, sizeof memory);
-    if (!CloseAndWait(zorvi, query.found)) return false;
+    if (!CloseAndWait(zorvi, shownWindow)) return false;
     std::printf("shown after %.0f ms (%llu characters in the box), ended after %.0f ms, "
                 "peak working set %s%llu MB\n",
                 shown, static_cast<unsigned long long>(length), NowMs() - start,
