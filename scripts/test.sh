@@ -14,14 +14,15 @@ bash tests/harness/prefix.sh "$harness" >/dev/null 2>&1 &
 prefix_job=$!
 status=0
 for preset in host windows; do
-    echo "== $preset: build"
+    echo "== $preset: build (at ${SECONDS} s)"
     if ! { cmake --preset "$preset" >/dev/null && cmake --build --preset "$preset" -j "$jobs"; }; then
         echo "== $preset: build FAILED"
         status=1
         continue
     fi
-    echo "== $preset: tests"
+    echo "== $preset: tests (at ${SECONDS} s)"
     ctest --preset "$preset" -j "$jobs" || status=1
 done
 wait "$prefix_job" 2>/dev/null || true
+echo "== done after ${SECONDS} s"
 exit $status
