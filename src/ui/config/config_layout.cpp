@@ -182,33 +182,39 @@ void frmConfig::LayoutScriptPage(const Metrics& m, int width, int height) {
           frameHeight - m.caption - m.pad);
 }
 
-void frmConfig::LayoutFrontendPage(const Metrics& m, int width, int height) {
+frmConfig::RecordPage frmConfig::LayoutRecordList(const Metrics& m, int width, int height,
+                                                  int frameId, HWND list,
+                                                  std::initializer_list<int> buttons,
+                                                  int fieldsHeight) {
     const int x0 = m.margin;
     const int w = width - 2 * m.margin;
     const int left = x0 + m.pad;
     const int right = x0 + w - m.pad;
     const int top = m.margin + m.caption;
-    const int bottom = height - m.margin - m.pad;
-    Place(frames_[ids::kFrameFileFrontend - ids::kFrameLanguage], x0, m.margin, w,
-          height - 2 * m.margin);
-
-    // The record fields at the bottom; the list and its buttons above them.
-    const int fieldsHeight = 5 * (m.row + m.gap) + m.check;
-    const int listBottom = bottom - fieldsHeight - m.gap;
+    const int listBottom = height - m.margin - m.pad - fieldsHeight;
+    Place(frames_[frameId - ids::kFrameLanguage], x0, m.margin, w, height - 2 * m.margin);
     int by = top;
-    for (const int index :
-         {kNewFrontend, kDeleteFrontend, kUpFrontend, kDownFrontend, kExecuteFrontend}) {
+    for (const int index : buttons) {
         Place(cmdCommand(index), right - m.buttonWidth, by, m.buttonWidth, m.button);
         by += m.button + m.gap;
     }
-    Place(List1(1), left, top, right - m.buttonWidth - m.gap - left, listBottom - top);
+    Place(list, left, top, right - m.buttonWidth - m.gap - left, listBottom - top);
+    return {left, right, listBottom + m.gap};
+}
+
+void frmConfig::LayoutFrontendPage(const Metrics& m, int width, int height) {
+    // The record fields at the bottom; the list and its buttons above them.
+    const auto [left, right, fieldsTop] = LayoutRecordList(
+        m, width, height, ids::kFrameFileFrontend, List1(1),
+        {kNewFrontend, kDeleteFrontend, kUpFrontend, kDownFrontend, kExecuteFrontend},
+        5 * (m.row + m.gap) + m.check + m.gap);
 
     int column = 0;
     for (int id = ids::kLabelFrontendName; id <= ids::kLabelFrontendWindowState; ++id) {
         column = std::max(column, TextWidth(Label(id)));
     }
     column += m.gap * 2;
-    int cy = listBottom + m.gap;
+    int cy = fieldsTop;
     for (int field = kFrontendName; field <= kFrontendFolder; ++field) {
         PlaceLabel(ids::kLabelFrontendName + field, left, cy, m);
         const bool refer = field == kFrontendCommand || field == kFrontendFolder;
@@ -231,29 +237,14 @@ void frmConfig::LayoutFrontendPage(const Metrics& m, int width, int height) {
 }
 
 void frmConfig::LayoutFilterPage(const Metrics& m, int width, int height) {
-    const int x0 = m.margin;
-    const int w = width - 2 * m.margin;
-    const int left = x0 + m.pad;
-    const int right = x0 + w - m.pad;
-    const int top = m.margin + m.caption;
-    const int bottom = height - m.margin - m.pad;
-    Place(frames_[ids::kFrameFileFilter - ids::kFrameLanguage], x0, m.margin, w,
-          height - 2 * m.margin);
-
-    const int fieldsHeight = 3 * (m.row + m.gap);
-    const int listBottom = bottom - fieldsHeight;
-    int by = top;
-    for (const int index : {kNewFilter, kDeleteFilter, kUpFilter, kDownFilter}) {
-        Place(cmdCommand(index), right - m.buttonWidth, by, m.buttonWidth, m.button);
-        by += m.button + m.gap;
-    }
-    Place(List1(0), left, top, right - m.buttonWidth - m.gap - left, listBottom - top);
-
+    const auto [left, right, fieldsTop] =
+        LayoutRecordList(m, width, height, ids::kFrameFileFilter, List1(0),
+                         {kNewFilter, kDeleteFilter, kUpFilter, kDownFilter}, 3 * (m.row + m.gap));
     const int column = std::max({TextWidth(Label(ids::kLabelFilterName)),
                                  TextWidth(Label(ids::kLabelFilterExtension)),
                                  TextWidth(Label(ids::kSelectUsedConfigure))}) +
                        m.gap * 2;
-    int cy = listBottom + m.gap;
+    int cy = fieldsTop;
     PlaceLabel(ids::kLabelFilterName, left, cy, m);
     Place(txtFilter(kFilterName), left + column, cy, right - left - column, m.row);
     cy += m.row + m.gap;

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -138,6 +139,16 @@ private:
     void LayoutBasicPage(const Metrics& m, int width, int height);
     void LayoutCompilePage(const Metrics& m, int width, int height);
     void LayoutScriptPage(const Metrics& m, int width, int height);
+    // A page of records: its frame, the list at the top with a column of
+    // buttons beside it, and fieldsHeight kept below the list for the
+    // fields. Gives the inner edges and the top of the fields.
+    struct RecordPage {
+        int left;
+        int right;
+        int fieldsTop;
+    };
+    RecordPage LayoutRecordList(const Metrics& m, int width, int height, int frameId, HWND list,
+                                std::initializer_list<int> buttons, int fieldsHeight);
     void LayoutFrontendPage(const Metrics& m, int width, int height);
     void LayoutFilterPage(const Metrics& m, int width, int height);
 
