@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/text.h"
 #include "files/path_text.h"
 
 namespace zorvi::settings {
@@ -14,6 +15,13 @@ constexpr std::string_view kLineBreak = "\r\n";
 std::string Flag(bool on) { return on ? "1" : "0"; }
 
 }  // namespace
+
+std::vector<std::string> SortConfigurationNames(std::vector<std::string> names) {
+    std::stable_sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        return AsciiLower(a) < AsciiLower(b);
+    });
+    return names;
+}
 
 std::string NumberedKey(std::string_view prefix, int number) {
     return std::string(prefix) + std::to_string(number);

@@ -2,6 +2,7 @@
 // (counted list, record list, text block, numbered slots), and list cleaning.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,14 @@ namespace zorvi::settings {
 // A hand-edited count (2147483647, say) must not keep a reader busy for
 // hours or fill the memory: no reader goes past this many entries.
 inline constexpr int kMaxListEntries = 4096;
+
+// The menu and the configuration window list this many configurations at
+// most, the first in the order below.
+inline constexpr std::size_t kMaxConfigurations = 9000;
+
+// Configuration names in case-insensitive order (ASCII letters folded), the
+// same on every file system; equal names keep the order they came in.
+std::vector<std::string> SortConfigurationNames(std::vector<std::string> names);
 
 // Prefix + number in plain decimal: ("Item", 3) gives "Item3".
 std::string NumberedKey(std::string_view prefix, int number);

@@ -49,21 +49,6 @@ bool ExistsAfterVariables(const std::string& entry) {
     return mdlFile::FileExists(mdlFile::ExpandVariables(entry, false, false, ""));
 }
 
-// The names of the configuration files cfg\*.ini, found as every other file
-// search of the program finds them (hidden and system files are left out),
-// sorted so that the rebuilt list does not depend on the order the file
-// system lists them in.
-std::vector<std::string> ConfigurationFileNames(const std::string& appFolder) {
-    std::vector<std::string> names;
-    if (!mdlFile::GetPathFile2Array(appFolder + "cfg\\*.ini", names, false)) return {};
-    names.pop_back();  // the list's closing empty entry
-    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
-        return AsciiLower(a) < AsciiLower(b);
-    });
-    if (names.size() > static_cast<std::size_t>(kMaxListEntries)) names.resize(kMaxListEntries);
-    return names;
-}
-
 std::vector<std::string> CleanAndStore(const CountedList& list,
                                        const std::vector<std::string>& entries,
                                        const std::string& mainFile) {
@@ -74,6 +59,18 @@ std::vector<std::string> CleanAndStore(const CountedList& list,
 }
 
 }  // namespace
+
+// Found as every other file search of the program finds them (hidden and
+// system files are left out), and sorted before the cut, so that no list
+// depends on the order the file system lists them in.
+std::vector<std::string> ConfigurationNames(const std::string& appFolder, bool baseNames) {
+    std::vector<std::string> names;
+    if (!mdlFile::GetPathFile2Array(appFolder + "cfg\\*.ini", names, baseNames)) return {};
+    names.pop_back();  // the list's closing empty entry
+    names = SortConfigurationNames(std::move(names));
+    if (names.size() > kMaxConfigurations) names.resize(kMaxConfigurations);
+    return names;
+}
 
 bool WriteAll(const std::vector<IniWrite>& writes, const std::string& file) {
     IniUpdater updater;
@@ -165,7 +162,7 @@ bool WriteHistorySlot(int slot, const std::string& path, const std::string& file
 std::vector<std::string> RebuildPlayerList(const std::string& mainFile,
                                            const std::string& appFolder) {
     std::vector<std::string> entries = ReadCountedList(main_file::kPlayerList, mainFile);
-    for (const auto& name : ConfigurationFileNames(appFolder)) {
+    for (const auto& name : ConfigurationNames(appFolder, false)) {
         entries.push_back(ReadIni(config_file::kPlayer, appFolder + "cfg\\" + name));
     }
     return CleanAndStore(main_file::kPlayerList, entries, mainFile);

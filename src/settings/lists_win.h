@@ -37,6 +37,11 @@ std::vector<std::string> ReadHistorySlots(const std::string& file);
 // False for a slot outside 0 to 31.
 bool WriteHistorySlot(int slot, const std::string& path, const std::string& file);
 
+// The configurations in appFolder's cfg folder as every list of them shows
+// them: the names of the cfg\*.ini files (without ".ini" when baseNames),
+// sorted as SortConfigurationNames sorts, at most kMaxConfigurations.
+std::vector<std::string> ConfigurationNames(const std::string& appFolder, bool baseNames);
+
 // Stored players plus the player of every cfg\*.ini, cleaned and written back.
 // Returns the list as stored.
 std::vector<std::string> RebuildPlayerList(const std::string& mainFile,

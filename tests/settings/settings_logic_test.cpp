@@ -38,6 +38,8 @@ S Describe(const std::vector<IniWrite>& writes) {
 TEST(ListLayouts, KeysCountsAndTextBlocks) {
     ExpectRows<int, S>(HistorySlotKey, {{0, "His00"}, {9, "His09"}, {10, "His010"}});
     ExpectRows<int, int>(EntriesToRead, {{INT_MIN, 0}, {3, 3}, {INT_MAX, kMaxListEntries}});
+    EXPECT_EQ(SortConfigurationNames({"beta", "Alpha", "alpha", "_x", "Gamma", "b"}),
+              (List{"_x", "Alpha", "alpha", "b", "beta", "Gamma"}));
     EXPECT_EQ(Describe(CountedListWrites({"EditorList", "ItemCount", "Item"}, {"a", "", "b"})),
               "M EditorList: ItemCount=3 Item1=a Item2= Item3=b");
     // The count key holds the index of the last line; a reader takes keys 1 to

@@ -14,6 +14,7 @@
 #include "res/resource.h"
 #include "res/string_ids.h"
 #include "settings/ini_win.h"
+#include "settings/lists_win.h"
 #include "ui/config/config_parts.h"
 #include "ui/config/config_rules.h"
 #include "ui/dialogs/InputBox.h"
@@ -22,7 +23,6 @@
 #include "ui/main/main_parts.h"
 #include "ui/main/mdlHotKey.h"
 #include "ui/main/mdlView.h"
-#include "ui/main/menu_text.h"
 
 namespace zorvi {
 
@@ -104,13 +104,7 @@ void frmConfig::SelectPage(int page) {
 std::string frmConfig::SelectorText() const { return Text(cboCombo(0)); }
 
 void frmConfig::RefreshConfigurationList() {
-    std::vector<std::string> names;
-    mdlFile::GetPathFile2Array(appFolder_ + "cfg\\*.ini", names, true);
-    if (!names.empty()) names.pop_back();  // the listing's closing empty entry
-    if (names.size() > static_cast<std::size_t>(settings::kMaxListEntries)) {
-        names.resize(settings::kMaxListEntries);
-    }
-    configurationNames_ = SortConfigurationNames(std::move(names));
+    configurationNames_ = settings::ConfigurationNames(appFolder_, true);
     const std::wstring kept = WideText(cboCombo(0));
     SendMessageW(cboCombo(0), CB_RESETCONTENT, 0, 0);
     for (const std::string& name : configurationNames_) {

@@ -77,12 +77,11 @@ HMENU frmZorvi::BuildPlayerMenu() const {
     return menu;
 }
 
+// Every configuration listed has a command of its own.
+static_assert(settings::kMaxConfigurations <= frmZorvi::kMaxMenuEntries);
+
 void frmZorvi::ViewChange_DefinedScript() {
-    std::vector<std::string> found;
-    mdlFile::GetPathFile2Array(mdlFile::GetAppFolder() + "cfg\\*.ini", found, true);
-    if (!found.empty()) found.pop_back();  // the listing's closing empty entry
-    if (found.size() > kMaxMenuEntries) found.resize(kMaxMenuEntries);
-    scriptNames_ = SortConfigurationNames(std::move(found));
+    scriptNames_ = settings::ConfigurationNames(mdlFile::GetAppFolder(), true);
     if (UniqueMenu menu(BuildScriptMenu()); menu) scriptMenu_ = std::move(menu);
     // The status bar shows the active configuration and whether its tools are there.
     ViewChange_StatusBar(1, GetDefaultPreset(PresetForm::Name), {});

@@ -1,7 +1,5 @@
-// Texts and orders of the main window's menus and tray icon.
+// Texts of the main window's menus and tray icon.
 #include "ui/main/menu_text.h"
-
-#include <algorithm>
 
 #include "core/text.h"
 #include "res/string_ids.h"
@@ -20,13 +18,6 @@ std::string NumberedMenuCaption(int number, std::string_view name) {
         at += length;
     }
     return caption;
-}
-
-std::vector<std::string> SortConfigurationNames(std::vector<std::string> names) {
-    std::stable_sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
-        return AsciiLower(a) < AsciiLower(b);
-    });
-    return names;
 }
 
 std::string TrayTipText(std::string_view title, std::string_view version, bool watching,

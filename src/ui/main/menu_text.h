@@ -1,5 +1,5 @@
-// The texts and orders of the main window's menus and tray icon that need
-// no platform: numbered entries, the configuration order, the tray tip.
+// The texts of the main window's menus and tray icon that need no platform:
+// numbered entries, the tray tip, launch errors and the version lines.
 #pragma once
 
 #include <string>
@@ -12,9 +12,6 @@ namespace zorvi {
 // shown rather than taken for a mnemonic.
 std::string NumberedMenuCaption(int number, std::string_view name);
 
-// Configuration names in case-insensitive order (ASCII letters folded), the
-// same on every file system; equal names keep the order they came in.
-std::vector<std::string> SortConfigurationNames(std::vector<std::string> names);
 
 // title + " v" + version + " [ON]" or " [OFF]" + CR LF + the target's file name.
 std::string TrayTipText(std::string_view title, std::string_view version, bool watching,

@@ -17,8 +17,6 @@ TEST(MenuText, CaptionsOrderTipsAndErrors) {
     ExpectRows<std::tuple<int, S>, S>(NumberedMenuCaption, {
         {{1, "Default"}, "&1 : Default"}, {{12, "R&B && Co"}, "&12 : R&&B &&&& Co"},
     });
-    EXPECT_EQ(SortConfigurationNames({"beta", "Alpha", "alpha", "_x", "Gamma", "b"}),
-              (std::vector<S>{"_x", "Alpha", "alpha", "b", "beta", "Gamma"}));
     EXPECT_EQ(TrayTipText("Zorvi", "0.1", true, "a.mml"), "Zorvi v0.1 [ON]\r\na.mml");
     EXPECT_EQ(TrayTipText("Zorvi", "0.1a", false, ""), "Zorvi v0.1a [OFF]\r\n");
     ExpectRows<unsigned long, int>(LaunchErrorTextId, {
