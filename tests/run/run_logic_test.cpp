@@ -114,10 +114,9 @@ TEST(CompileText, VerdictPlayTargetInterpreterAndShortNameOwners) {
     const OutputState fresh{true, 10, 200}, empty{true, 0, 200}, old{true, 5, 100};
     // Rename back due, renamed back, detecting errors, the output, its time before the run.
     ExpectRows<VerdictFacts, int>(CompileVerdict, {
-        {{false, false, true, fresh, 100}, 0}, {{false, false, true, fresh, 0}, 0},
-        {{false, false, true, {}, 0}, 1}, {{false, false, true, empty, 200}, 2},
-        {{false, false, true, old, 100}, 1}, {{false, false, false, {}, 0}, 0},
-        {{false, false, false, empty, 0}, 0}, {{true, false, false, fresh, 0}, 1},
+        {{false, false, true, fresh, 100}, 0}, {{false, false, true, {}, 0}, 1},
+        {{false, false, true, empty, 200}, 2}, {{false, false, true, old, 100}, 1},
+        {{false, false, false, {}, 0}, 0}, {{true, false, false, fresh, 0}, 1},
         {{true, true, true, empty, 0}, 2},
     });
     // The extension is compared with the target's whole file name.
