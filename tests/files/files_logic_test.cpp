@@ -211,7 +211,6 @@ TEST(Variables, ShapesOfConsoleAndTarget) {
     ExpectRows<S3, S>(expand, {
         {{kConsole, "C:\\song.mml", "$fp$|$fp2$|$fn$"}, "C:\\|C:\\|song.mml"},
         {{kConsole, "C:\\M\\a.b.", "[$ext2$]|$ext$|$fn2$"}, "[]|.|ab"},  // no extension: dots go
-        {{kConsole, "C:\\a.b\\song", "[$ext2$]|$fn2$|$fp$"}, "[]|song|C:\\a.b\\"},
         {{kConsole, "C:\\M\\Song.MML.mmlx.mml", "$fn2$|$ext2$"}, "Songx|mml"},  // every repeat goes
         {{kConsole, "\\\\server\\share\\song.mml", "$fd$|$fp$"}, "\\\\|\\\\server\\share\\"},
         {{kConsole, "", "[$fd$|$fr$|$fp$|$fp2$|$fn$|$fn2$|$ext2$]|$ext$"}, "[||||||]|."},

@@ -18,6 +18,7 @@ namespace {
 using testing::ExpectRows;
 using S = std::string;
 using S3 = std::tuple<S, S, S>;
+using F = FilterCode;
 
 TEST(CompileText, TheBatchText) {
     const auto lineAt = [](int line) { return line < 3 ? "l" + std::to_string(line) : ""; };
@@ -61,7 +62,6 @@ TEST(CompileText, ExtensionFilterTakesTheFirstMatchingRow) {
         const FilterCode code = DecideExtensionFilter(file, facts, configuration);
         return std::pair(code, configuration);
     };
-    using F = FilterCode;
     const testing::ShiftJisCodePage shiftJis;
     ExpectRows<std::tuple<S, std::vector<S>>, std::pair<F, S>>(decide, {
         {{"C:\\a.mml", {}}, {F::None, ""}},
@@ -99,7 +99,6 @@ TEST(CompileText, CommandLineCompileChoosesItsConfiguration) {
         EXPECT_EQ(asked, answer ? "gone.ini" : "");
         return chosen;
     };
-    using F = FilterCode;
     ExpectRows<std::tuple<S, bool, std::optional<bool>, F>, std::optional<S>>(choose, {
         {{cfg + "fast.ini", true, std::nullopt, F::Found}, cfg + "fast.ini"},
         {{gone, false, false, F::Found}, std::nullopt},
