@@ -2,7 +2,6 @@
 // under a double-byte code page, and the version text.
 #include <gtest/gtest.h>
 
-#include <random>
 #include <set>
 
 #include "core/command_line.h"
@@ -56,22 +55,6 @@ TEST(CommandLine, ReadsSwitchesPresetAndFile) {
         {"\"C:\\My Songs\\a.mml\" -play", "p||C:\\My Songs\\a.mml"},
         {"-unknown -compilenowx /show-log - song.mml", "||song.mml"},
     });
-}
-
-TEST(CommandLine, AnyTextTokenizesWithinItsLength) {
-    // Whatever is typed, tokenising ends and every token is a piece of the line.
-    std::mt19937 random(20261121);
-    for (int round = 0; round < 5000; ++round) {
-        S typed(random() % 40, ' ');
-        for (char& c : typed) c = "ab \"-/\t="[random() % 8];
-        SCOPED_TRACE(typed);
-        std::size_t total = 0;
-        for (const S& token : TokenizeCommandLine(typed)) {
-            EXPECT_EQ(token.find('\t'), npos);
-            total += token.size();
-        }
-        EXPECT_LE(total, typed.size());
-    }
 }
 
 // Shift-JIS: 表 0x95 0x5C and ソ 0x83 0x5C end in the byte of "\", ア 0x83 0x41

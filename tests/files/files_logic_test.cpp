@@ -34,9 +34,8 @@ TEST(PathText, LongPathTakesTheCaseOnDisk) {
         {"C:\\PROGRAM FILES", "Program Files"}, {"C:\\SONGS", "Songs"}, {"SONG.MML", "Song.mml"},
         {"C:\\SONGS\\A.MML", "a.mml"}, {"\\\\SERVER\\SHARE\\DIR", "Dir"}, {"C:\\" HYO, HYO},
         {"\\\\SERVER\\SHARE\\DIR\\F.TXT", "f.txt"}, {"C:\\" HYO "\\" DI ".MML", DI ".mml"}};
-    const FindEntryName find = [&](const S& prefix) -> std::optional<S> {
-        const auto found = disk.find(prefix);
-        return found == disk.end() ? std::nullopt : std::optional(found->second);
+    const FindEntryName find = [&](const S& prefix) {
+        return disk.contains(prefix) ? std::optional(disk.at(prefix)) : std::nullopt;
     };
     const testing::ShiftJisCodePage shiftJis;
     ExpectRows<S, S>([&](const S& path) { return LongPathOf(path, find); }, {
@@ -65,35 +64,21 @@ TEST(PathText, NameExtensionAndBaseName) {
     });
 }
 
-// PathAddBackslashA, PathRemoveBackslashA and PathRemoveFileSpecA as measured
-// from Wine's shlwapi.
+// PathAddBackslashA, PathRemoveBackslashA and PathRemoveFileSpecA: every
+// shape is compared with the shell itself under Wine (PathWin.TwinsMatch...);
+// a few here keep the twins in the native run.
 TEST(PathText, TwinsOfTheShellPathCallsAndChangedExtensions) {
-    const S long259 = "C:\\" + S(255, 'a') + "\\", long260 = "C:\\" + S(256, 'a') + "\\";
-    const S unc260 = "\\\\" + S(257, 's') + "\\";
+    const S long260 = "C:\\" + S(256, 'a') + "\\", unc260 = "\\\\" + S(257, 's') + "\\";
     const auto twins = [](const S& p) {
         return S3(AppendBackslash(p), StripBackslash(p), StripFileSpec(p));
     };
     const testing::ShiftJisCodePage shiftJis;
     ExpectRows<S, S3>(twins, {
-        {"", {"", "", ""}}, {"C:\\d\0junk"s, {"C:\\d\\", "C:\\d", "C:\\"}},
-        {"C:", {"C:\\", "C:", "C:"}}, {"C:\\", {"C:\\", "C:\\", "C:\\"}},
-        {"C:\\\\", {"C:\\\\", "C:\\", "C:\\"}}, {"C:\\d\\", {"C:\\d\\", "C:\\d", "C:\\d"}},
-        {"C:f", {"C:f\\", "C:f", "C:"}}, {"C:x\\y", {"C:x\\y\\", "C:x\\y", "C:x"}},
-        {"f.txt", {"f.txt\\", "f.txt", ""}}, {"C:/d/f", {"C:/d/f\\", "C:/d/f", "C:"}},
-        {"\\", {"\\", "\\", "\\"}}, {"\\f", {"\\f\\", "\\f", "\\"}},
-        {"\\\\srv", {"\\\\srv\\", "\\\\srv", "\\\\"}},
+        {"C:\\d\0junk"s, {"C:\\d\\", "C:\\d", "C:\\"}}, {"C:\\", {"C:\\", "C:\\", "C:\\"}},
         {"\\\\srv\\", {"\\\\srv\\", "\\\\srv\\", "\\\\srv"}},
-        {"\\\\srv\\sh\\f", {"\\\\srv\\sh\\f\\", "\\\\srv\\sh\\f", "\\\\srv\\sh"}},
-        // From MAX_PATH characters on adding fails; a long server name is still a root.
-        {long259, {long259, long259.substr(0, 258), long259.substr(0, 258)}},
         {long260, {"", long260.substr(0, 259), long260.substr(0, 259)}},
         {unc260, {"", unc260, unc260.substr(0, 259)}},
-        // A path ending in 表 or ソ does not end in "\"; a colon's next character goes whole.
-        {"C:\\" HYO, {"C:\\" HYO "\\", "C:\\" HYO, "C:\\"}},
-        {"C:\\" HYO "\\", {"C:\\" HYO "\\", "C:\\" HYO, "C:\\" HYO}},
-        {"\\\\" HYO "\\" SO "\\",
-         {"\\\\" HYO "\\" SO "\\", "\\\\" HYO "\\" SO, "\\\\" HYO "\\" SO}},
-        {"C:" SO "\\x", {"C:" SO "\\x\\", "C:" SO "\\x", "C:" SO}},
+        {"C:\\" HYO, {"C:\\" HYO "\\", "C:\\" HYO, "C:\\"}},  // 表 does not end in "\"
     });
     EXPECT_EQ(TrimNull("\0abc"s), "");
     // A changed extension keeps the folder (as the twins give it) and the base name.
@@ -180,9 +165,7 @@ SystemFacts System(S shortProgram = "C:\\PROGRA~1\\Zorvi\\") {
 S Expand(int flags, const S& console, const S& target, const S& text) {
     static const std::map<S, S> shortForms = {
         {kTarget, "C:\\MYMUSI~1\\MYSONG~1.MML"}, {kConsole, "D:\\Tools\\MMLCOM~1\\COMPIL~1.EXE"}};
-    const auto shortPath = [](const S& path) {
-        return shortForms.contains(path) ? shortForms.at(path) : path;
-    };
+    const auto shortPath = [](const S& p) { return shortForms.contains(p) ? shortForms.at(p) : p; };
     const VariableFacts facts{System(), shortPath, [&] { return console; }, [&] { return target; }};
     return ExpandVariablesWith(text, (flags & 1) != 0, (flags & 2) != 0, facts);
 }
@@ -228,7 +211,6 @@ TEST(Variables, ShapesOfConsoleAndTarget) {
     ExpectRows<S3, S>(expand, {
         {{kConsole, "C:\\song.mml", "$fp$|$fp2$|$fn$"}, "C:\\|C:\\|song.mml"},
         {{kConsole, "C:\\M\\a.b.", "[$ext2$]|$ext$|$fn2$"}, "[]|.|ab"},  // no extension: dots go
-        {{kConsole, "C:\\a.b\\song", "[$ext2$]|$fn2$|$fp$"}, "[]|song|C:\\a.b\\"},
         {{kConsole, "C:\\M\\Song.MML.mmlx.mml", "$fn2$|$ext2$"}, "Songx|mml"},  // every repeat goes
         {{kConsole, "\\\\server\\share\\song.mml", "$fd$|$fp$"}, "\\\\|\\\\server\\share\\"},
         {{kConsole, "", "[$fd$|$fr$|$fp$|$fp2$|$fn$|$fn2$|$ext2$]|$ext$"}, "[||||||]|."},

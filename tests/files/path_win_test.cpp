@@ -65,10 +65,25 @@ TEST(PathWin, RealFilesAndTheirNames) {
     EXPECT_EQ(UnquotePath("\"a\" b"), "\"a\" b");  // only quotes around the whole text go
 }
 
-// Inputs for the twins: roots and rests of every shape, and long ones across
-// MAX_PATH and the 300-character cut. In Shift-JIS 表 is 0x95 0x5C and ソ is
-// 0x83 0x5C: both end in the byte of "\".
-Texts TwinInputs() {
+// What one shell call leaves in a buffer far larger than any input.
+template <typename Call>
+std::string InBigBuffer(const std::string& path, Call call) {
+    std::string buffer(1024, '\0');
+    path.copy(buffer.data(), path.size());
+    return call(buffer.data()) ? TrimNull(buffer) : std::string("<failed>");
+}
+
+// Also run under code page 932 (see tests/CMakeLists.txt), where the shell
+// calls read the double-byte inputs as Shift-JIS, and so must the twins.
+TEST(PathWin, TwinsMatchTheShellCalls) {
+    if (const char* wanted = std::getenv("ZORVI_TEST_CODE_PAGE")) {
+        ASSERT_EQ(GetACP(), static_cast<UINT>(std::atoi(wanted)));
+    }
+    // The process's own lead bytes, as Main sets them at start-up.
+    SetLeadByteTest([](unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; });
+    // Inputs for the twins: roots and rests of every shape, and long ones across
+    // MAX_PATH and the 300-character cut. In Shift-JIS 表 is 0x95 0x5C and ソ is
+    // 0x83 0x5C: both end in the byte of "\".
     Texts inputs = {":\\a",       "ab:\\c",      "1:\\a",
                     "/",          "C:/dir/file", " C:\\x",
                     "C:\\a:b\\c", "\x95\x5c:\\", "C:\\\x8b\xc8\\\x89\xcc.mml"};
@@ -90,26 +105,7 @@ Texts TwinInputs() {
         // 表 across the length: in a double-byte code page a cut keeps it whole or drops it.
         inputs.push_back("C:\\" + std::string(length - 4, 'a') + "\x95\x5c\\x");
     }
-    return inputs;
-}
-
-// What one shell call leaves in a buffer far larger than any input.
-template <typename Call>
-std::string InBigBuffer(const std::string& path, Call call) {
-    std::string buffer(1024, '\0');
-    path.copy(buffer.data(), path.size());
-    return call(buffer.data()) ? TrimNull(buffer) : std::string("<failed>");
-}
-
-// Also run under code page 932 (see tests/CMakeLists.txt), where the shell
-// calls read the double-byte inputs as Shift-JIS, and so must the twins.
-TEST(PathWin, TwinsMatchTheShellCalls) {
-    if (const char* wanted = std::getenv("ZORVI_TEST_CODE_PAGE")) {
-        ASSERT_EQ(GetACP(), static_cast<UINT>(std::atoi(wanted)));
-    }
-    // The process's own lead bytes, as Main sets them at start-up.
-    SetLeadByteTest([](unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; });
-    for (const std::string& path : TwinInputs()) {
+    for (const std::string& path : inputs) {
         SCOPED_TRACE(path);
         const std::string added =
             InBigBuffer(path, [](char* b) { return PathAddBackslashA(b) != nullptr; });

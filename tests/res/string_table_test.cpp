@@ -20,9 +20,8 @@ namespace fs = std::filesystem;
 const fs::path kSource = fs::path(ZORVI_SOURCE_DIR) / "src";
 
 std::string ReadWhole(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
     std::ostringstream text;
-    text << file.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
 
@@ -38,15 +37,13 @@ std::map<int, std::string> Table(const char* name) {
     return table;
 }
 
-std::string TextOf(const std::map<int, std::string>& table, int id) {
-    const auto found = table.find(id);
-    return found == table.end() ? "" : found->second;
-}
-
 TEST(StringTable, EveryIdTheCodeLoadsHasBothTexts) {
-    const auto english = Table("strings_en.rc");
-    const auto japanese = Table("strings_ja.rc");
+    auto english = Table("strings_en.rc");
+    auto japanese = Table("strings_ja.rc");
     ASSERT_FALSE(english.empty());
+    // The tables are twins: nothing in one language only.
+    for (const auto& [id, text] : english) EXPECT_EQ(japanese.contains(id + 1000), id != 2) << id;
+    for (const auto& [id, text] : japanese) EXPECT_TRUE(english.contains(id - 1000)) << id;
 
     // The names of string_ids.h, and every name the code uses from it.
     std::map<std::string, int> declared;
@@ -68,17 +65,15 @@ TEST(StringTable, EveryIdTheCodeLoadsHasBothTexts) {
     EXPECT_GT(used.size(), 20u);
     for (const auto& name : used) EXPECT_TRUE(declared.contains(name)) << name;
 
+    // From here on a missing text reads as empty (and is added so).
     for (const auto& [name, id] : declared) {
-        EXPECT_NE(TextOf(english, id), "") << name;
+        EXPECT_NE(english[id], "") << name;
         // Japanese 1001 holds both halves of the shortcut help: 1002 has no text.
-        EXPECT_EQ(TextOf(japanese, id + 1000).empty(), id == 2) << name;
+        EXPECT_EQ(japanese[id + 1000].empty(), id == 2) << name;
     }
-    // The tables are twins: nothing in one language only.
-    for (const auto& [id, text] : english) EXPECT_EQ(japanese.contains(id + 1000), id != 2) << id;
-    for (const auto& [id, text] : japanese) EXPECT_TRUE(english.contains(id - 1000)) << id;
     for (const int id : {100, 108, 147, 170, 185, 216, 243, 259, 288, 289}) {
-        EXPECT_EQ(TextOf(english, id), "!") << id;
-        EXPECT_EQ(TextOf(japanese, id + 1000), "!") << id;
+        EXPECT_EQ(english[id], "!") << id;
+        EXPECT_EQ(japanese[id + 1000], "!") << id;
     }
 }
 

@@ -18,6 +18,7 @@ namespace {
 using testing::ExpectRows;
 using S = std::string;
 using S3 = std::tuple<S, S, S>;
+using F = FilterCode;
 
 TEST(CompileText, TheBatchText) {
     const auto lineAt = [](int line) { return line < 3 ? "l" + std::to_string(line) : ""; };
@@ -61,7 +62,6 @@ TEST(CompileText, ExtensionFilterTakesTheFirstMatchingRow) {
         const FilterCode code = DecideExtensionFilter(file, facts, configuration);
         return std::pair(code, configuration);
     };
-    using F = FilterCode;
     const testing::ShiftJisCodePage shiftJis;
     ExpectRows<std::tuple<S, std::vector<S>>, std::pair<F, S>>(decide, {
         {{"C:\\a.mml", {}}, {F::None, ""}},
@@ -99,7 +99,6 @@ TEST(CompileText, CommandLineCompileChoosesItsConfiguration) {
         EXPECT_EQ(asked, answer ? "gone.ini" : "");
         return chosen;
     };
-    using F = FilterCode;
     ExpectRows<std::tuple<S, bool, std::optional<bool>, F>, std::optional<S>>(choose, {
         {{cfg + "fast.ini", true, std::nullopt, F::Found}, cfg + "fast.ini"},
         {{gone, false, false, F::Found}, std::nullopt},
@@ -114,10 +113,9 @@ TEST(CompileText, VerdictPlayTargetInterpreterAndShortNameOwners) {
     const OutputState fresh{true, 10, 200}, empty{true, 0, 200}, old{true, 5, 100};
     // Rename back due, renamed back, detecting errors, the output, its time before the run.
     ExpectRows<VerdictFacts, int>(CompileVerdict, {
-        {{false, false, true, fresh, 100}, 0}, {{false, false, true, fresh, 0}, 0},
-        {{false, false, true, {}, 0}, 1}, {{false, false, true, empty, 200}, 2},
-        {{false, false, true, old, 100}, 1}, {{false, false, false, {}, 0}, 0},
-        {{false, false, false, empty, 0}, 0}, {{true, false, false, fresh, 0}, 1},
+        {{false, false, true, fresh, 100}, 0}, {{false, false, true, {}, 0}, 1},
+        {{false, false, true, empty, 200}, 2}, {{false, false, true, old, 100}, 1},
+        {{false, false, false, {}, 0}, 0}, {{true, false, false, fresh, 0}, 1},
         {{true, true, true, empty, 0}, 2},
     });
     // The extension is compared with the target's whole file name.

@@ -141,24 +141,22 @@ TEST(ConfigSave, VisibleSettingsAreWrittenOnlyWhenTheyDiffer) {
         values.alwaysTop = alwaysTop;
         values.iconSize = static_cast<std::uint8_t>(iconSize);
         values.japanese = japanese;
-        auto writes = PlanConfigurationSave(values, stored).writes;
-        std::erase_if(writes, [](const auto& w) { return w.change == VisibleChange::None; });
-        for (auto& w : writes) {
-            w.write.value.append("/").append(std::to_string(static_cast<int>(w.change)));
+        S text;
+        for (const auto& [file, write, change] : PlanConfigurationSave(values, stored).writes) {
+            if (change == VisibleChange::None) continue;
+            text += " " + write.key + "=" + write.value + "/" + std::to_string(int(change));
         }
-        return Describe(writes);
+        return text;
     };
     ExpectRows<std::tuple<bool, int, bool, StoredVisibleSettings>, S>(visible, {
         {{false, 16, false, {0, 16, "English"}}, ""}, {{true, 48, true, {1, 48, "Japanese"}}, ""},
-        {{true, 32, true, {0, 16, "English"}},
-         "M Option: AlwaysTop=1/1 IconSize=32/2 | M Setting: Language=Japanese/3"},
-        {{false, 16, false, {1, 32, "Japanese"}},
-         "M Option: AlwaysTop=0/1 IconSize=16/2 | M Setting: Language=English/3"},
+        {{true, 32, true, {0, 16, "English"}}, " AlwaysTop=1/1 IconSize=32/2 Language=Japanese/3"},
+        {{false, 16, false, {1, 32, "Japanese"}}, " AlwaysTop=0/1 IconSize=16/2 Language=English/3"},
         // "japanese" in lower case already gives English texts.
         {{false, 16, false, {0, 16, "japanese"}}, ""},
-        {{false, 16, true, {0, 16, "japanese"}}, "M Setting: Language=Japanese/3"},
-        {{true, 16, false, {2, 16, "English"}}, "M Option: AlwaysTop=1/1"},  // a hand-set 2
-        {{false, 44, false, {0, 300, "English"}}, "M Option: IconSize=44/2"},
+        {{false, 16, true, {0, 16, "japanese"}}, " Language=Japanese/3"},
+        {{true, 16, false, {2, 16, "English"}}, " AlwaysTop=1/1"},  // a hand-set 2
+        {{false, 44, false, {0, 300, "English"}}, " IconSize=44/2"},
     });
 }
 

@@ -2,7 +2,7 @@
 // and record files, and finding the programs built beside the tests.
 #include "support/wait.h"
 
-#include <algorithm>
+#include <sstream>
 #include <thread>
 
 namespace zorvi::testing {
@@ -33,10 +33,8 @@ std::string BesideTestProgram(const std::string& name) {
 
 std::vector<std::pair<std::string, std::string>> KeyValueLines(const std::string& text) {
     std::vector<std::pair<std::string, std::string>> pairs;
-    for (std::size_t at = 0; at < text.size();) {
-        std::size_t end = std::min(text.find('\n', at), text.size());
-        std::string line = text.substr(at, end - at);
-        at = end + 1;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (const auto equals = line.find('='); equals != std::string::npos) {
             pairs.emplace_back(line.substr(0, equals), line.substr(equals + 1));
