@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# Regenerates the README's pictures of the main window: each of its three
-# layouts at 96 and at 144 DPI, written to docs/main-layout-<n>-<dpi>.png,
-# and docs/getting-started.png: the release package as unpacked, after F5 on
-# the example song and F7, with the log window moved below the strip.
+# Regenerates the README's pictures: the main window in each of its three
 # layouts at 96 and at 144 DPI, written to docs/main-layout-<n>-<dpi>.png;
-# and of the about window, collapsed and expanded, at both, written to
-# docs/about-<dpi>.png and docs/about-expanded-<dpi>.png. The about window in
-# Japanese and the log window after a failed compile, in both languages, go
-# to build/windows/shots/ (about*-ja-<dpi>.png, log[-ja]-<dpi>.png), to be
+# the configuration window's pages at both, docs/config-<page>-<dpi>.png
+# (in Japanese to build/windows/shots-ja/, to be looked at); the about
+# window, collapsed and expanded, at both, written to docs/about-<dpi>.png
+# and docs/about-expanded-<dpi>.png; and docs/getting-started.png: the
+# release package as unpacked, after F5 on the example song and F7, with the
+# log window moved below the strip. The about window in Japanese and the log
+# window after a failed compile, in both languages, go to
+# build/windows/shots/ (about*-ja-<dpi>.png, log[-ja]-<dpi>.png), to be
 # looked at.
 # Runs zorvi.exe under private Wine prefixes and Xvfb displays of its own
 # (build/windows/shots-<dpi>), takes the whole screen with ImageMagick's
@@ -160,15 +161,6 @@ END
 }
 
 # The outer rectangle of an X window as an ImageMagick crop geometry.
-# The window of this process with that caption, once it shows; its geometry.
-wait_window() {
-    local pattern=$1 window=""
-    for ((i = 0; i < 150; i++)); do
-        window=$(xdotool search --name "$pattern" 2>/dev/null | head -n1 || true)
-        [ -n "$window" ] && break
-        sleep 0.1
-    done
-    echo "$window"
 geometry_of() {
     xwininfo -id "$1" | awk '/Absolute upper-left X/{x=$4} /Absolute upper-left Y/{y=$4}
         /Width:/{w=$2} /Height:/{h=$2} END{printf "%dx%d+%d+%d", w, h, x, y}'
@@ -194,23 +186,6 @@ shoot_config() {
     local pid=$!
     local main config
     main=$(wait_window "^Zorvi v")
-crop_window() {
-    sleep 1  # let it finish painting
-    import -window root "$work/root.png"
-    convert "$work/root.png" -crop "$(geometry_of "$1")" +repage "$2"
-    echo "${2#"$root"/}"
-# The about window by Ctrl+F1 from the main window, then expanded from the
-# keyboard (Tab to the second button, Enter); and the log window after a
-# compile that produced nothing, above a UTF-8 log.
-shoot_about() {
-    local dpi=$1 language=$2 out=$3 tag=$4
-    local dir="$work/about-$dpi-$tag"
-    install_zorvi "$dir" 0
-    sed -i "s/^Default=Standard\r\$/Default=Standard\r\nLanguage=$language\r/" "$dir/Zorvi.ini"
-    (cd "$dir" && exec wine zorvi.exe "$(winepath -w "$dir/songs/Overture.mml")") \
-        >"$work/about-$dpi-$tag.log" 2>&1 &
-    local main
-    main=$(wait_window "^Overture.mml - Zorvi")
     if [ -z "$main" ]; then
         echo "screenshots.sh: no main window at $dpi DPI ($language)" >&2
         kill "$pid" 2>/dev/null || true
@@ -245,49 +220,37 @@ shoot_about() {
         echo "${out#"$root"/}/config-$page-$dpi.png"
         xdotool key ctrl+Tab
     done
-# Waits up to 15 s for a window whose name matches $1; prints its id.
-find_window() {
-    local window=""
-        window=$(xdotool search --name "$1" 2>/dev/null | head -n1 || true)
-        [ -n "$window" ] && break
-    echo "$window"
-# x y right bottom of a window on the screen.
-window_box() {
-        /Width:/{w=$2} /Height:/{h=$2} END{print x, y, x + w, y + h}'
-# The staged release (build/windows/package) in an empty folder, as a
-# newcomer starts it: no settings, the example song as the target.
-shoot_package() {
-    local dir="$work/Zorvi"
-    rm -rf "$dir"
-    cp -r "$build/package" "$dir"
-    (cd "$dir" && exec wine zorvi.exe "$(winepath -w "$dir/examples/clean.mml")") \
-        >"$work/wine-package.log" 2>&1 &
-    local main log
-    main=$(find_window "^clean.mml - Zorvi")
-        echo "screenshots.sh: the package's main window did not show" >&2
-    sleep 1  # Wine takes keys only once the window is up and focused
-    xdotool mousemove 150 60 click 1
-    sleep 0.5
-    xdotool key F5
-        grep -q "mmlc: wrote" "$dir/examples/clean.log" 2>/dev/null && break
-    sleep 1  # the compile's end: the log file is written before Zorvi judges it
-    xdotool key F7
-    log=$(find_window "Log Window - clean.log")
-    if [ -z "$log" ]; then
-        echo "screenshots.sh: no log window after F5 and F7" >&2
-    # The log window opens where the strip is: Ctrl+Down (512 twips) and
-    # Ctrl+Alt+Down (32 twips) move it just below.
-    for key in ctrl+Down ctrl+Down ctrl+alt+Down ctrl+alt+Down ctrl+alt+Down ctrl+alt+Down; do
-        xdotool key "$key"
-        sleep 0.2
-    sleep 1
-    local box
-    box=$( (window_box "$main"; window_box "$log") | awk 'NR==1{x=$1; y=$2; r=$3; b=$4}
-        {if ($1<x) x=$1; if ($2<y) y=$2; if ($3>r) r=$3; if ($4>b) b=$4}
-        END{printf "%dx%d+%d+%d", r - x, b - y, x, y}')
+    kill "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
+}
+
+# Takes a window into the picture $2 once it has finished painting.
+crop_window() {
+    sleep 1  # let it finish painting
     import -window root "$work/root.png"
-    convert "$work/root.png" -crop "$box" +repage "$docs/getting-started.png"
-    echo "docs/getting-started.png ($box)"
+    convert "$work/root.png" -crop "$(geometry_of "$1")" +repage "$2"
+    echo "${2#"$root"/}"
+}
+
+# The about window by Ctrl+F1 from the main window, then expanded from the
+# keyboard (Tab to the second button, Enter); and the log window after a
+# compile that produced nothing, above a UTF-8 log.
+shoot_about() {
+    local dpi=$1 language=$2 out=$3 tag=$4
+    local dir="$work/about-$dpi-$tag"
+    install_zorvi "$dir" 0
+    sed -i "s/^Default=Standard\r\$/Default=Standard\r\nLanguage=$language\r/" "$dir/Zorvi.ini"
+    (cd "$dir" && exec wine zorvi.exe "$(winepath -w "$dir/songs/Overture.mml")") \
+        >"$work/about-$dpi-$tag.log" 2>&1 &
+    local pid=$!
+    local main
+    main=$(wait_window "^Overture.mml - Zorvi")
+    if [ -z "$main" ]; then
+        echo "screenshots.sh: no main window at $dpi DPI ($language)" >&2
+        kill "$pid" 2>/dev/null || true
+        return 1
+    fi
+    sleep 1
     xdotool mousemove --window "$main" 150 8 click 1
     xdotool key ctrl+F1
     local about
@@ -298,6 +261,7 @@ shoot_package() {
         crop_window "$about" "$out/about-expanded$tag-$dpi.png"
     else
         echo "screenshots.sh: no about window at $dpi DPI ($language)" >&2
+    fi
     kill "$pid" 2>/dev/null || true
     wait "$pid" 2>/dev/null || true
 
@@ -315,12 +279,68 @@ shoot_package() {
         crop_window "$log" "$build/shots/log$tag-$dpi.png"
     else
         echo "screenshots.sh: no log window at $dpi DPI ($language)" >&2
+    fi
     kill "$pid" 2>/dev/null || true
     wait "$pid" 2>/dev/null || true
 }
 
-mkdir -p "$docs" "$build/shots-ja"
-mkdir -p "$docs" "$build/shots"
+# x y right bottom of a window on the screen.
+window_box() {
+    xwininfo -id "$1" | awk '/Absolute upper-left X/{x=$4} /Absolute upper-left Y/{y=$4}
+        /Width:/{w=$2} /Height:/{h=$2} END{print x, y, x + w, y + h}'
+}
+
+# The staged release (build/windows/package) in an empty folder, as a
+# newcomer starts it: no settings, the example song as the target.
+shoot_package() {
+    local dir="$work/Zorvi"
+    rm -rf "$dir"
+    cp -r "$build/package" "$dir"
+    (cd "$dir" && exec wine zorvi.exe "$(winepath -w "$dir/examples/clean.mml")") \
+        >"$work/wine-package.log" 2>&1 &
+    local pid=$!
+    local main log
+    main=$(wait_window "^clean.mml - Zorvi")
+    if [ -z "$main" ]; then
+        echo "screenshots.sh: the package's main window did not show" >&2
+        kill "$pid" 2>/dev/null || true
+        return 1
+    fi
+    sleep 1  # Wine takes keys only once the window is up and focused
+    xdotool mousemove 150 60 click 1
+    sleep 0.5
+    xdotool key F5
+    for ((i = 0; i < 150; i++)); do
+        grep -q "mmlc: wrote" "$dir/examples/clean.log" 2>/dev/null && break
+        sleep 0.1
+    done
+    sleep 1  # the compile's end: the log file is written before Zorvi judges it
+    xdotool key F7
+    log=$(wait_window "Log Window - clean.log")
+    if [ -z "$log" ]; then
+        echo "screenshots.sh: no log window after F5 and F7" >&2
+        kill "$pid" 2>/dev/null || true
+        return 1
+    fi
+    # The log window opens where the strip is: Ctrl+Down (512 twips) and
+    # Ctrl+Alt+Down (32 twips) move it just below.
+    for key in ctrl+Down ctrl+Down ctrl+alt+Down ctrl+alt+Down ctrl+alt+Down ctrl+alt+Down; do
+        xdotool key "$key"
+        sleep 0.2
+    done
+    sleep 1
+    local box
+    box=$( (window_box "$main"; window_box "$log") | awk 'NR==1{x=$1; y=$2; r=$3; b=$4}
+        {if ($1<x) x=$1; if ($2<y) y=$2; if ($3>r) r=$3; if ($4>b) b=$4}
+        END{printf "%dx%d+%d+%d", r - x, b - y, x, y}')
+    import -window root "$work/root.png"
+    convert "$work/root.png" -crop "$box" +repage "$docs/getting-started.png"
+    echo "docs/getting-started.png ($box)"
+    kill "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
+}
+
+mkdir -p "$docs" "$build/shots" "$build/shots-ja"
 for dpi in 96 144; do
     dir="$build/shots-$dpi"
     "$harness/start.sh" "$dir" >/dev/null

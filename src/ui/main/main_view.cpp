@@ -34,39 +34,102 @@ using namespace main_parts;
 
 namespace {
 
-// A 32-bit image of an icon in grey and half transparent: how a disabled
-// button shows its icon, drawn from the same crisp drawing. Null on failure.
-UniqueBitmap GreyedImage(HICON icon, int size) {
-    ICONINFO info{};
-    if (icon == nullptr || !GetIconInfo(icon, &info)) return {};
-    const UniqueBitmap color(info.hbmColor);
-    const UniqueBitmap mask(info.hbmMask);
-    BITMAPINFO format{};
-    format.bmiHeader.biSize = sizeof format.bmiHeader;
-    format.bmiHeader.biWidth = size;
-    format.bmiHeader.biHeight = -size;  // top-down
-    format.bmiHeader.biPlanes = 1;
-    format.bmiHeader.biBitCount = 32;
-    format.bmiHeader.biCompression = BI_RGB;
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size) *
-                                      static_cast<std::size_t>(size));
+// How a disabled button shows a pixel of its icon: grey and half
+// transparent, drawn from the same crisp drawing.
+std::uint32_t Greyed(std::uint32_t pixel) {
+    const std::uint32_t alpha = pixel >> 24;
+    const std::uint32_t red = (pixel >> 16) & 0xFF, green = (pixel >> 8) & 0xFF,
+                        blue = pixel & 0xFF;
+    const std::uint32_t luminance = (red * 299 + green * 587 + blue * 114) / 1000;
+    const std::uint32_t grey = 112 + luminance * 96 / 255;
+    return ((alpha * 3 / 5) << 24) | (grey << 16) | (grey << 8) | grey;
+}
+
+// The header of a top-down DIB, 32-bit or monochrome.
+BITMAPINFOHEADER DibHeader(int width, int height, WORD bitCount) {
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = width;
+    header.biHeight = -height;
+    header.biPlanes = 1;
+    header.biBitCount = bitCount;
+    header.biCompression = BI_RGB;
+    return header;
+}
+
+// All toolbar images side by side, as each image list takes them in one add:
+// the icons' own colours with their alpha as drawn (not premultiplied: the
+// list does that as it draws), their masks, and their greyed look. Added icon
+// by icon, every image costs the list a reload of its icon from the
+// resources and a round of copies; in one pass the lists fill several times
+// faster under Wine.
+struct ImageStrips {
+    UniqueBitmap color, mask, greyed;
+};
+
+// The strips of `count` images from image `first` on; null strips when any
+// of their icons cannot be read at that size.
+ImageStrips MakeImageStrips(HINSTANCE instance, int pixels, int first, int count) {
+    const int width = pixels * count;
     const UniqueScreenDC screen(GetDC(nullptr));
-    const bool read = color && GetDIBits(screen.get(), color.get(), 0, static_cast<UINT>(size),
-                                         pixels.data(), &format, DIB_RGB_COLORS) == size;
-    void* bits = nullptr;
-    UniqueBitmap greyed;
-    if (read) greyed.reset(CreateDIBSection(screen.get(), &format, DIB_RGB_COLORS, &bits, nullptr, 0));
-    if (!greyed) return {};
-    for (std::uint32_t& pixel : pixels) {
-        const std::uint32_t alpha = pixel >> 24;
-        const std::uint32_t red = (pixel >> 16) & 0xFF, green = (pixel >> 8) & 0xFF,
-                            blue = pixel & 0xFF;
-        const std::uint32_t luminance = (red * 299 + green * 587 + blue * 114) / 1000;
-        const std::uint32_t grey = 112 + luminance * 96 / 255;
-        pixel = ((alpha * 3 / 5) << 24) | (grey << 16) | (grey << 8) | grey;
+    BITMAPINFO stripFormat{};
+    stripFormat.bmiHeader = DibHeader(width, pixels, 32);
+    void* colorBits = nullptr;
+    void* greyedBits = nullptr;
+    ImageStrips strips;
+    strips.color.reset(
+        CreateDIBSection(screen.get(), &stripFormat, DIB_RGB_COLORS, &colorBits, nullptr, 0));
+    strips.greyed.reset(
+        CreateDIBSection(screen.get(), &stripFormat, DIB_RGB_COLORS, &greyedBits, nullptr, 0));
+    if (!strips.color || !strips.greyed) return {};
+    auto* const color = static_cast<std::uint32_t*>(colorBits);
+    auto* const greyed = static_cast<std::uint32_t*>(greyedBits);
+
+    BITMAPINFO iconFormat{};
+    iconFormat.bmiHeader = DibHeader(pixels, pixels, 32);
+    struct {
+        BITMAPINFOHEADER bmiHeader;
+        RGBQUAD bmiColors[2];
+    } maskFormat{DibHeader(pixels, pixels, 1), {}};
+    const auto side = static_cast<std::size_t>(pixels);
+    const std::size_t iconMaskStride = (side + 31) / 32 * 4;  // DIB rows: whole DWORDs
+    const std::size_t row = side * static_cast<std::size_t>(count);
+    const std::size_t maskStride = (row + 15) / 16 * 2;  // bitmap rows: whole WORDs
+    std::vector<std::uint32_t> icon(side * side);
+    std::vector<BYTE> iconMask(iconMaskStride * side);
+    std::vector<BYTE> mask(maskStride * side, 0xFF);  // set bits: transparent
+    for (int image = 0; image < count; ++image) {
+        // Each icon file holds drawings for several sizes: the nearest one is
+        // taken rather than a 32-pixel drawing shrunk.
+        const UniqueIcon loaded(static_cast<HICON>(
+            LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP + first + image), IMAGE_ICON, pixels,
+                       pixels, LR_DEFAULTCOLOR)));
+        ICONINFO info{};
+        if (!loaded || !GetIconInfo(loaded.get(), &info)) return {};
+        const UniqueBitmap iconColor(info.hbmColor), iconMaskBitmap(info.hbmMask);
+        if (!iconColor ||
+            GetDIBits(screen.get(), iconColor.get(), 0, static_cast<UINT>(pixels), icon.data(),
+                      &iconFormat, DIB_RGB_COLORS) != pixels ||
+            GetDIBits(screen.get(), iconMaskBitmap.get(), 0, static_cast<UINT>(pixels),
+                      iconMask.data(), reinterpret_cast<BITMAPINFO*>(&maskFormat),
+                      DIB_RGB_COLORS) != pixels) {
+            return {};
+        }
+        for (std::size_t y = 0; y < side; ++y) {
+            for (std::size_t x = 0; x < side; ++x) {
+                const std::uint32_t pixel = icon[y * side + x];
+                const std::size_t at = static_cast<std::size_t>(image) * side + x;
+                color[y * row + at] = pixel;
+                greyed[y * row + at] = Greyed(pixel);
+                if ((iconMask[y * iconMaskStride + x / 8] & (0x80 >> (x % 8))) == 0) {
+                    mask[y * maskStride + at / 8] &= static_cast<BYTE>(~(0x80 >> (at % 8)));
+                }
+            }
+        }
     }
-    std::copy(pixels.begin(), pixels.end(), static_cast<std::uint32_t*>(bits));
-    return greyed;
+    strips.mask.reset(CreateBitmap(width, pixels, 1, 1, mask.data()));
+    if (!strips.mask) return {};
+    return strips;
 }
 
 }  // namespace
@@ -79,16 +142,27 @@ int frmZorvi::ViewChange_IconSize(int size) {
     UniqueImageList greyed(ImageList_Create(pixels, pixels, ILC_COLOR32, kIconCount, 0));
     if (!list || !greyed) return size;
     const HINSTANCE instance = GetModuleHandleW(nullptr);
-    for (int image = 1; image <= kIconCount; ++image) {
-        // Each icon file holds drawings for several sizes: the nearest one is
-        // taken rather than a 32-pixel drawing shrunk.
-        const UniqueIcon icon(
-            static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP + image - 1),
-                                          IMAGE_ICON, pixels, pixels, LR_DEFAULTCOLOR)));
-        ImageList_AddIcon(list.get(), icon.get());
-        if (const UniqueBitmap grey = GreyedImage(icon.get(), pixels)) {
-            ImageList_Add(greyed.get(), grey.get(), nullptr);
-        } else {
+    const ImageStrips strips = MakeImageStrips(instance, pixels, 0, kIconCount);
+    // Each add answers the index of the strip's first image, or -1.
+    const bool whole = strips.mask &&
+                       ImageList_Add(list.get(), strips.color.get(), strips.mask.get()) == 0 &&
+                       ImageList_Add(greyed.get(), strips.greyed.get(), nullptr) == 0;
+    if (!whole) {
+        // Should the strip not come together, the images go in one by one as
+        // before: each from a strip of its own, or else as the list makes it
+        // of the icon.
+        ImageList_Remove(list.get(), -1);
+        ImageList_Remove(greyed.get(), -1);
+        for (int image = 0; image < kIconCount; ++image) {
+            if (const ImageStrips one = MakeImageStrips(instance, pixels, image, 1); one.mask) {
+                ImageList_Add(list.get(), one.color.get(), one.mask.get());
+                ImageList_Add(greyed.get(), one.greyed.get(), nullptr);
+                continue;
+            }
+            const UniqueIcon icon(static_cast<HICON>(
+                LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP + image), IMAGE_ICON, pixels,
+                           pixels, LR_DEFAULTCOLOR)));
+            ImageList_AddIcon(list.get(), icon.get());
             ImageList_AddIcon(greyed.get(), icon.get());
         }
     }
