@@ -109,7 +109,7 @@ std::string RequiredToolPath(std::string_view folderWithBackslash, std::string_v
 
 struct MissingTools {
     int count = -1;       // -1: nothing listed, 0: all there, n: n missing
-    std::string missing;  // the missing entries joined by " / "; an empty one as "Item<i>"
+    std::string missing;  // the missing entries joined by " / "; empty entries are skipped
 };
 MissingTools CountMissingTools(int itemCount, const std::function<std::string(int item)>& itemAt,
                                const std::function<bool(const std::string& item)>& exists);

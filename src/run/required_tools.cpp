@@ -26,7 +26,7 @@ int RequiredToolsCheck(const IniFile& configuration, const std::string& folder,
                                        settings::NumberedKey(block.linePrefix, item), ""),
                     false, false, configuration);
             },
-            // A required folder (a voice bank, say) counts as much as a file.
+            // Only a file satisfies an entry: a folder of that name is no tool.
             [&](const std::string& item) {
                 return mdlFile::FileExists(RequiredToolPath(base, item));
             });
