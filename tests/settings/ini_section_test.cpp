@@ -1,5 +1,6 @@
-// A section read in one call answers every key as the key-by-key profile
-// functions do, and the updater writes only what changed.
+// A section, or a file section by section, read in one call answers every
+// key as the key-by-key profile functions do; the updater writes only what
+// changed.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -36,6 +37,13 @@ TEST(IniSection, AnswersAsTheKeyByKeyReads) {
         SCOPED_TRACE(key);
         EXPECT_EQ(section.Read(key, "fallback"), ReadIni("List", key, "fallback", file));
         EXPECT_EQ(section.ReadInt(key, 77), ReadIniInt("List", key, 77, file));
+    }
+    // A whole file answers from the section each key names, whatever its case.
+    const IniFile whole(file);
+    for (const char* name : {"LIST", "Other", "None"}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(whole.Read(name, "plain", "fallback"), ReadIni(name, "plain", "fallback", file));
+        EXPECT_EQ(whole.ReadInt(name, "hex", 77), ReadIniInt(name, "hex", 77, file));
     }
 }
 
