@@ -140,10 +140,18 @@ struct PathParts {
 
 PathParts SplitPath(const std::string& path, bool shortFolders, bool shortNames,
                     const std::function<std::string(const std::string&)>& shortPath) {
-    std::string shortForm = path;
-    if ((shortFolders || shortNames) && shortPath) shortForm = shortPath(path);
-    return {std::string(LeadingChars(path, 2)), StripFileSpec(shortFolders ? shortForm : path),
-            GetFileName(shortNames ? shortForm : path)};
+    PathParts parts{std::string(LeadingChars(path, 2)), StripFileSpec(path), GetFileName(path)};
+    if (!shortPath || !(shortFolders || shortNames)) return parts;
+    // Only the folder is asked for when only the folder is used: every name
+    // looked up costs the file system a search of its folder.
+    if (!shortNames) {
+        parts.folder = shortPath(parts.folder);
+        return parts;
+    }
+    const std::string shortForm = shortPath(path);
+    if (shortFolders) parts.folder = StripFileSpec(shortForm);
+    parts.name = GetFileName(shortForm);
+    return parts;
 }
 
 std::string Ask(const std::function<std::string()>& fact) { return fact ? fact() : std::string(); }

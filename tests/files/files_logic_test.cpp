@@ -164,7 +164,8 @@ SystemFacts System(S shortProgram = "C:\\PROGRA~1\\Zorvi\\") {
 // flags: 1 short folders, 2 short names.
 S Expand(int flags, const S& console, const S& target, const S& text) {
     static const std::map<S, S> shortForms = {
-        {kTarget, "C:\\MYMUSI~1\\MYSONG~1.MML"}, {kConsole, "D:\\Tools\\MMLCOM~1\\COMPIL~1.EXE"}};
+        {kTarget, "C:\\MYMUSI~1\\MYSONG~1.MML"}, {kConsole, "D:\\Tools\\MMLCOM~1\\COMPIL~1.EXE"},
+        {"C:\\My Music", "C:\\MYMUSI~1"}, {"D:\\Tools\\MML Compiler", "D:\\Tools\\MMLCOM~1"}};
     const auto shortPath = [](const S& p) { return shortForms.contains(p) ? shortForms.at(p) : p; };
     const VariableFacts facts{System(), shortPath, [&] { return console; }, [&] { return target; }};
     return ExpandVariablesWith(text, (flags & 1) != 0, (flags & 2) != 0, facts);
