@@ -155,10 +155,6 @@ TEST_F(Configure, EveryControlIsSavedToItsKeyAndShownAgainInEitherLanguage) {
     Click(window->cmdCommand(frmConfig::kOk));
     ASSERT_EQ(ConfigWindow(), nullptr) << "OK closes the window";
     EXPECT_TRUE(boxes.empty());
-    for (const auto& b : bindings) {
-        SCOPED_TRACE(b.key);
-        EXPECT_EQ(s.Setting(b.section, b.key, b.inConfiguration ? CfgPath(name) : ""), b.stored);
-    }
     // The main window took over what shows at once.
     EXPECT_EQ(main->WatchInterval(), 500u);
     EXPECT_EQ(main->IconSize(), 32);
@@ -168,6 +164,7 @@ TEST_F(Configure, EveryControlIsSavedToItsKeyAndShownAgainInEitherLanguage) {
     window = &Show(0);
     for (const auto& b : bindings) {
         SCOPED_TRACE(b.key);
+        EXPECT_EQ(s.Setting(b.section, b.key, b.inConfiguration ? CfgPath(name) : ""), b.stored);
         const HWND control = (window->*b.control)(b.index);
         switch (b.act) {
         case Act::Tick: EXPECT_TRUE(IsChecked(control)); break;

@@ -282,8 +282,8 @@ TEST(MainWindow, StepsOfOneSession) {
     DeleteFileA(configuration.c_str());
 }
 
-// Each row starts a window, reads what it shows, closes it with keys and
-// reads the place saved: only a window in its normal state saves one.
+// Each row starts a window, reads what it shows, closes it with keys (or ends
+// the session) and reads the place saved: only a window in its normal state saves one.
 TEST(MainWindow, StartSettingsAndClosing) {
     testing::TempFolder files;
     files.Write("Given.mml", "");
@@ -294,12 +294,9 @@ TEST(MainWindow, StartSettingsAndClosing) {
     const struct {
         const char* name;
         std::string settings, file, facts;
-        std::vector<int> keys;  // Left and F5 with Ctrl, F4 with Alt
+        std::vector<int> keys;  // Left and F5 with Ctrl, F4 with Alt; 0: the session ends
         std::string saved;      // Left Top Width Height Mode; "?": where it was
     } cases[] = {
-        {"first start", "", "",
-         "caption=Zorvi; shown=normal; layout=0 toolbar list0 ; " + icons(16) + "250ms",
-         {VK_F12}, "0 0 4410 1064 0 "},
         {"placed off the screen; on top, icons, timer, layout",
          "[Option]\r\nAlwaysTop=1\r\nIconSize=32\r\nTimerInterval=1000\r\n[Main]\r\nMode=2\r\n"
          "Left=1000000000\r\nTop=1000000000\r\nWidth=6000\r\nHeight=1500\r\n", "",
@@ -312,6 +309,11 @@ TEST(MainWindow, StartSettingsAndClosing) {
          "[Option]\r\nAutoSetFile=1\r\nAutoMinimize=1\r\nAutoWatch=1\r\n[History]\r\nHis00=" +
              (files / "Last.mml") + "\r\n",
          "", "target=Last.mml; shown=minimised; watch=on, Last.mml [ON]", {VK_F12}, "     "},
+        // Ctrl+Left at the left edge takes the window off it, 512 twips; last, as
+        // the end of the session marks the whole program as shutting down.
+        {"first start", "", "",
+         "caption=Zorvi; shown=normal; layout=0 toolbar list0 ; " + icons(16) + "250ms",
+         {VK_LEFT, 0}, "-510 0 4410 1064 0 "},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -321,12 +323,16 @@ TEST(MainWindow, StartSettingsAndClosing) {
         RECT place{};
         for (const int key : c.keys) {
             GetWindowRect(z.H(), &place);
-            SendKey(z.H(), key, key == VK_F4                     ? std::vector{VK_MENU}
-                                : key == VK_LEFT || key == VK_F5 ? std::vector{VK_CONTROL}
-                                                                 : std::vector<int>{});
+            if (key == 0) {
+                SendMessageW(z.H(), WM_ENDSESSION, TRUE, 0);
+            } else {
+                SendKey(z.H(), key, key == VK_F4                     ? std::vector{VK_MENU}
+                                    : key == VK_LEFT || key == VK_F5 ? std::vector{VK_CONTROL}
+                                                                     : std::vector<int>{});
+            }
         }
         testing::ServeQueue();
-        EXPECT_EQ(z.H(), nullptr);
+        EXPECT_EQ(z.H() == nullptr, c.keys.back() != 0) << "only the session end leaves it";
         std::string saved, expected = c.saved;
         for (const char* name : {"Left", "Top", "Width", "Height", "Mode"}) {
             saved += z.Setting("Main", name) + " ";

@@ -1,7 +1,6 @@
 // The main window's parts: its popup menu, configuration and player menus,
 // tray icon and launcher list, read back from the built menus, the settings
-// files and the launch record; its keyboard moves, the end of a session, and
-// watching through folder changes.
+// files and the launch record; and watching through folder changes.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -212,18 +211,6 @@ TEST(MainParts, FolderChangesWakeTheWatchAndTheTimerTakesOverWhenTheFolderGoes) 
         return mdlMain::TargetFile().empty();
     }));
     EXPECT_FALSE(window.Watching());
-}
-
-TEST(MainParts, KeyMovesGoWhereTheKeysSteerAndTheSessionEndKeepsThePlace) {
-    Zorvi zorvi("[Main]\r\nLeft=0\r\nTop=0\r\nMode=2\r\n");
-    frmZorvi& window = *zorvi.window;
-    // Ctrl+Left at the left edge takes the window off it, 512 twips.
-    ASSERT_TRUE(window.Form_KeyDown(VK_LEFT, 2));
-    RECT rect{};
-    GetWindowRect(window.Handle(), &rect);
-    EXPECT_LT(rect.left, 0);
-    SendMessageW(window.Handle(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_EQ(zorvi.Setting("Main", "Left") + " " + zorvi.Setting("Main", "Mode"), "-510 2");
 }
 
 }  // namespace
