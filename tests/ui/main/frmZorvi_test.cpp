@@ -109,8 +109,16 @@ std::map<std::string, std::string> Facts(const Zorvi& z) {
                      Twips(rect.right - rect.left) + " " +
                      std::to_string(rect.bottom - rect.top) + "px" +
                      (MonitorFromRect(&rect, MONITOR_DEFAULTTONULL) ? "" : " off the screen");
-    facts["shown"] = std::string(IsIconic(z.H()) ? "minimised" : Visible(z.H()) ? "normal" : "no") +
-                     (GetWindowLongPtrW(z.H(), GWL_EXSTYLE) & WS_EX_TOPMOST ? " on top" : "");
+    facts["shown"] = std::string(!Visible(z.H()) ? "no" : IsIconic(z.H()) ? "minimised" : "normal") +
+                     (GetWindowLongPtrW(z.H(), GWL_EXSTYLE) & WS_EX_TOPMOST ? " on top" : "") +
+                     (w.InTaskTray() ? " in the tray" : "");
+    // The popup menu as it opens: its entries, "Show" in the tray, "Recent Used" with a history.
+    const HMENU popup = const_cast<Z&>(w).PreparePopUp();
+    const auto texts = testing::MenuTexts(popup);
+    const int recent = testing::FindEntry(popup, L"&Recent Used");
+    facts["popup"] = std::to_string(texts.size()) + " " + Narrow(texts.front() + L".." + texts.back()) +
+                     (testing::FindEntry(popup, L"Show") >= 0 ? " Show" : "") +
+                     (GetMenuState(popup, recent, MF_BYPOSITION) & MF_GRAYED ? "" : " recent");
     int icon = 0, height = 0;
     ImageList_GetIconSize(reinterpret_cast<HIMAGELIST>(SendMessageW(w.Toolbar(), TB_GETIMAGELIST,
                                                                     0, 0)), &icon, &height);
@@ -170,7 +178,8 @@ TEST(MainWindow, StepsOfOneSession) {
         std::string facts;
     } steps[] = {
         {"no target: watch and log off", [] {},
-         "caption=Zorvi; buttons=110110; watch=off, (No focus) [OFF]; panels=before|-|NoInfo."},
+         "caption=Zorvi; buttons=110110; watch=off, (No focus) [OFF]; panels=before|-|NoInfo.; "
+         "popup=16 &About..E&xit"},
         {"a file no filter row takes is confirmed first; Cancel keeps none",
          [&] { z.answer = IDCANCEL, z.window.SetFile(notes); }, "target=; boxes=1"},
         {"a filter row's configuration is switched to, without asking",
@@ -225,6 +234,18 @@ TEST(MainWindow, StepsOfOneSession) {
         {"Ctrl+Right moves", key(z.H(), VK_RIGHT, {VK_CONTROL}), moved},
         // Watch mode.
         {"F3 watches", key(z.window.Toolbar(), VK_F3), "watch=on, fresh.mml [ON]"},
+        // Minimised without it (a start row), the window stays on the task bar.
+        {"minimised with TaskTray: into the tray, whose tip follows target and watch",
+         [&] {
+             WritePrivateProfileStringA("Option", "TaskTray", "1", z.MainFile().c_str());
+             ShowWindow(z.H(), SW_MINIMIZE);
+             EXPECT_EQ(z.window.TrayTip(),
+                       L"Zorvi v" + Widen(VersionText(ThisVersion())) + L" [ON]\r\nfresh.mml");
+         },
+         "shown=no in the tray; popup=17 &About..E&xit Show recent"},
+        {"a double-click on the icon brings the window back",
+         [&] { SendMessageW(z.H(), Z::kTrayMessage, 1, WM_LBUTTONDBLCLK); },
+         "shown=normal; popup=16 &About..E&xit recent"},
         {"a tick without a save compiles nothing", [&] { z.Tick(); }, "compiles=0"},
         {"a tick after a save compiles, the timer off; a save meanwhile is the next tick's",
          [&] {
