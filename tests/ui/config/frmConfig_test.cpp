@@ -425,9 +425,7 @@ TEST_F(Configure, ManyLauncherRecordsLoadAndSaveWhole) {
     std::string records = "[ExternalProgram]\r\nItemCount=50\r\n";
     for (int i = 1; i <= 50; ++i) {
         const std::string n = std::to_string(i);
-        records += "Item" + n + "=P" + n + "\r\nCommand" + n + "=C:\\p" + n + ".exe\r\nOption" + n +
-                   "=\r\nStartUpFolder" + n + "=\r\nWindowState" + n + "=1\r\nAutoRun" + n +
-                   "=0\r\nAutoShutDown" + n + "=0\r\n";
+        records += "Item" + n + "=P" + n + "\r\nCommand" + n + "=C:\\p" + n + ".exe\r\n";
     }
     const std::string name = s.Configuration("many");
     frmConfig& window = Open("[Setting]\r\nDefault=" + name + "\r\n" + records, 4);
@@ -437,10 +435,10 @@ TEST_F(Configure, ManyLauncherRecordsLoadAndSaveWhole) {
     Click(window.cmdCommand(frmConfig::kOk));
     ASSERT_EQ(ConfigWindow(), nullptr);
     std::string saved;
-    for (const char* key : {"ItemCount", "Item1", "Item49", "Command50", "Item50"}) {
+    for (const char* key : {"ItemCount", "Item1", "Item49", "Command50", "Item50", "AutoRun50"}) {
         saved += s.Setting("ExternalProgram", key) + " ";
     }
-    EXPECT_EQ(saved, "50 P1 P50 C:\\p49.exe P49 ");
+    EXPECT_EQ(saved, "50 P1 P50 C:\\p49.exe P49 0 ");
 }
 
 }  // namespace

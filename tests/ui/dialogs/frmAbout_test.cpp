@@ -1,4 +1,4 @@
-// The about window in this process (labels, sizes, keys, closing, language),
+// The about window in this process (labels, sizes, keys, language, closing),
 // and F1 and Ctrl+F1 of the main window.
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ struct Scope : testing::Session {
     ~Scope() { mdlMain::ClearShuttingDownForTesting(); }
 };
 
-TEST(AboutWindow, LabelsSizesKeysAndClosing) {
+TEST(AboutWindow, LabelsSizesKeysLanguageAndClosing) {
     Scope scope;
     frmAbout& about = AboutWindow();
     about.ShowAbout();
@@ -82,6 +82,21 @@ TEST(AboutWindow, LabelsSizesKeysAndClosing) {
         EXPECT_NEAR(GetWindowBoxTwips(about.Handle())->left - before->left, moved, 15) << key;
         EXPECT_EQ(GetWindowBoxTwips(about.Handle())->height, before->height) << key;
     }
+    // Relabelled in either language.
+    for (const bool japanese : {true, false}) {
+        SCOPED_TRACE(japanese);
+        mdlMain::SetLanguageOffset(japanese ? 1000 : 0);
+        about.ChangeLangAbout();
+        // The shortcut text, first and second half, in one language.
+        const std::wstring keys = WindowText(about.TextBox());
+        EXPECT_EQ(WindowText(about.Command(1)), japanese ? L"ショートカットキー" : L"Shortcut Keys");
+        EXPECT_EQ(keys.substr(0, 10), japanese ? L"ショートカットキー " : L"Shortcut K");
+        EXPECT_NE(keys.find(japanese ? L"(全ウィンドウ共通)" : L"(All Windows)"), keys.npos);
+        EXPECT_EQ(keys.find(japanese ? L"(All Windows)" : L"(全ウィンドウ共通)"), keys.npos);
+        // Whatever the language, the keys are drawn in a font that has them.
+        const auto font = reinterpret_cast<HFONT>(SendMessageW(about.TextBox(), WM_GETFONT, 0, 0));
+        EXPECT_TRUE(FontHasGlyphs(font, keys));
+    }
     // Shutting down, closing destroys it.
     mdlMain::SetShuttingDown();
     ReleaseAboutWindow();
@@ -128,27 +143,6 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
     }
     DeleteFileA(help.c_str());
     mdlMain::SetAppTitle("Zorvi");
-}
-
-TEST(AboutWindow, RelabelsItselfInEitherLanguage) {
-    Scope scope;
-    frmAbout& about = AboutWindow();
-    about.ShowAbout();
-    for (const bool japanese : {true, false}) {
-        SCOPED_TRACE(japanese);
-        mdlMain::SetLanguageOffset(japanese ? 1000 : 0);
-        about.ChangeLangAbout();
-        // The shortcut text, first and second half, in one language.
-        const std::wstring keys = WindowText(about.TextBox());
-        EXPECT_EQ(WindowText(about.Command(1)), japanese ? L"ショートカットキー" : L"Shortcut Keys");
-        EXPECT_EQ(keys.substr(0, 10), japanese ? L"ショートカットキー " : L"Shortcut K");
-        EXPECT_NE(keys.find(japanese ? L"(全ウィンドウ共通)" : L"(All Windows)"), keys.npos);
-        EXPECT_EQ(keys.find(japanese ? L"(All Windows)" : L"(全ウィンドウ共通)"), keys.npos);
-        // Whatever the language, the keys are drawn in a font that has them.
-        const auto font = reinterpret_cast<HFONT>(SendMessageW(about.TextBox(), WM_GETFONT, 0, 0));
-        EXPECT_TRUE(FontHasGlyphs(font, keys));
-    }
-    ShowWindow(about.Handle(), SW_HIDE);
 }
 
 }  // namespace
