@@ -295,6 +295,7 @@ TEST_F(Configure, LauncherAndFilterRecordsAreSavedInTheirOrder) {
     Choose(window.cboCombo(6), 2);
     Tick(window.chkFrontendAutoRun());
     Choose(window.List1(1), 1, true);
+    EXPECT_EQ(WindowText(window.txtFrontend(frmConfig::kFrontendName)), L"P2");
     Click(window.cmdCommand(frmConfig::kUpFrontend));
     Click(window.cmdCommand(frmConfig::kNewFrontend));
     Click(window.cmdCommand(frmConfig::kDeleteFrontend));
