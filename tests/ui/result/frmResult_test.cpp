@@ -44,18 +44,19 @@ TEST(ResultWindow, ShowsTheLogOfTheTargetWithItsVerdict) {
     wchar_t cafe[8] = {};
     MultiByteToWideChar(CP_ACP, 0, "caf\xE9", 4, cafe, 8);
     const struct {
-        const char* log;  // written over the one before; none: deleted
+        const char* log;  // written over the log before; none: deleted
         bool interactive, locked;
         std::wstring text;
         const char* state = "visible";
         std::string codePage = "";  // LogCodePage
     } cases[] = {
+        // A log that cannot be read leaves the text (of a first look without a
+        // verdict); beside the main window the window stays hidden, while a
+        // command-line run has nothing else to show.
+        {"second\n", true, true, L"first\r\n", "hidden"},
+        {"second\n", false, true, L"first\r\n"},
         {nullptr, true, false, L"Zorvi:Generated 0 byte file.(Log file not found.)\r\n"},
         {"second\n", true, false, made + L"second\r\n"},
-        // A log that cannot be read leaves the text; beside the main window the
-        // window stays hidden, while a command-line run has nothing else to show.
-        {"third\n", true, true, made + L"second\r\n", "hidden"},
-        {"third\n", false, true, made + L"second\r\n"},
         // UTF-8, else the log's code page when the system has it, else the system's.
         {"\xE3\x81\x82\r\n", true, false, made + L"\x3042\r\n"},
         {"\x82\xA0\x82\xA2\r\n", true, false, made + L"\x3042\x3044\r\n", "visible", "932"},
