@@ -60,8 +60,8 @@ struct Zorvi : testing::Session {
 std::string Twips(int pixels) { return std::to_string(PixelsToTwips(pixels, GetScreenDpi().x)); }
 
 // What the window shows, as named facts; a step compares those it names.
-std::map<std::string, std::string> Facts(const Zorvi& z) {
-    const Z& w = z.window;
+std::map<std::string, std::string> Facts(Zorvi& z) {
+    Z& w = z.window;
     std::map<std::string, std::string> facts;
     std::string caption = Narrow(testing::WindowText(z.H()));
     facts["caption"] = caption.substr(0, caption.find(" v" + VersionText(ThisVersion())));
@@ -109,16 +109,19 @@ std::map<std::string, std::string> Facts(const Zorvi& z) {
                      Twips(rect.right - rect.left) + " " +
                      std::to_string(rect.bottom - rect.top) + "px" +
                      (MonitorFromRect(&rect, MONITOR_DEFAULTTONULL) ? "" : " off the screen");
-    facts["shown"] = std::string(!Visible(z.H()) ? "no" : IsIconic(z.H()) ? "minimised" : "normal") +
-                     (GetWindowLongPtrW(z.H(), GWL_EXSTYLE) & WS_EX_TOPMOST ? " on top" : "") +
+    const bool onTop = GetWindowLongPtrW(z.H(), GWL_EXSTYLE) & WS_EX_TOPMOST;
+    const char* shown = !Visible(z.H()) ? "no" : IsIconic(z.H()) ? "minimised" : "normal";
+    facts["shown"] = shown + std::string(onTop ? " on top" : "") +
                      (w.InTaskTray() ? " in the tray" : "");
     // The popup menu as it opens: its entries, "Show" in the tray, "Recent Used" with a history.
-    const HMENU popup = const_cast<Z&>(w).PreparePopUp();
+    const HMENU popup = w.PreparePopUp();
     const auto texts = testing::MenuTexts(popup);
     const int recent = testing::FindEntry(popup, L"&Recent Used");
-    facts["popup"] = std::to_string(texts.size()) + " " + Narrow(texts.front() + L".." + texts.back()) +
+    const UINT recentState = GetMenuState(popup, static_cast<UINT>(recent), MF_BYPOSITION);
+    facts["popup"] = std::to_string(texts.size()) + " " +
+                     Narrow(texts.front() + L".." + texts.back()) +
                      (testing::FindEntry(popup, L"Show") >= 0 ? " Show" : "") +
-                     (GetMenuState(popup, recent, MF_BYPOSITION) & MF_GRAYED ? "" : " recent");
+                     (recentState & MF_GRAYED ? "" : " recent");
     int icon = 0, height = 0;
     ImageList_GetIconSize(reinterpret_cast<HIMAGELIST>(SendMessageW(w.Toolbar(), TB_GETIMAGELIST,
                                                                     0, 0)), &icon, &height);
@@ -127,7 +130,7 @@ std::map<std::string, std::string> Facts(const Zorvi& z) {
 }
 
 // Compares the facts named in `expected` ("name=value; ...") with the window's.
-void ExpectFacts(const Zorvi& z, const std::string& expected) {
+void ExpectFacts(Zorvi& z, const std::string& expected) {
     const auto facts = Facts(z);
     std::string actual, wanted;
     for (std::size_t at = 0; at < expected.size(); at += 2) {
