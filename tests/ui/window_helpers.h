@@ -113,11 +113,7 @@ struct Session {
     std::string Configuration(const std::string& base,
                               const std::string& text = "[Configure]\r\n") {
         const std::string name = Name(base);
-        const HANDLE file = CreateFileA(CfgPath(name).c_str(), GENERIC_WRITE, 0, nullptr,
-                                        CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-        DWORD written = 0;
-        WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-        CloseHandle(file);
+        std::ofstream(CfgPath(name), std::ios::binary) << text;
         return name;
     }
     std::string MainFile() const { return folder / "Zorvi.ini"; }

@@ -1,6 +1,5 @@
-// The about window in this process (labels, sizes, keys, closing), F1 and
-// Ctrl+F1 of the main window, and the language switch of the about and result
-// windows.
+// The about window in this process (labels, sizes, keys, language, closing),
+// and F1 and Ctrl+F1 of the main window.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -14,7 +13,6 @@
 #include "ui/main/frmZorvi.h"
 #include "ui/main/key_move.h"
 #include "ui/main/mdlView.h"
-#include "ui/result/frmResult.h"
 #include "ui/text_font_win.h"
 #include "ui/window_helpers.h"
 
@@ -33,11 +31,7 @@ struct Scope : testing::Session {
     ~Scope() { mdlMain::ClearShuttingDownForTesting(); }
 };
 
-HFONT FontOf(HWND window) {
-    return reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
-}
-
-TEST(AboutWindow, LabelsSizesKeysAndClosing) {
+TEST(AboutWindow, LabelsSizesKeysLanguageAndClosing) {
     Scope scope;
     frmAbout& about = AboutWindow();
     about.ShowAbout();
@@ -88,6 +82,21 @@ TEST(AboutWindow, LabelsSizesKeysAndClosing) {
         EXPECT_NEAR(GetWindowBoxTwips(about.Handle())->left - before->left, moved, 15) << key;
         EXPECT_EQ(GetWindowBoxTwips(about.Handle())->height, before->height) << key;
     }
+    // Relabelled in either language.
+    for (const bool japanese : {true, false}) {
+        SCOPED_TRACE(japanese);
+        mdlMain::SetLanguageOffset(japanese ? 1000 : 0);
+        about.ChangeLangAbout();
+        // The shortcut text, first and second half, in one language.
+        const std::wstring keys = WindowText(about.TextBox());
+        EXPECT_EQ(WindowText(about.Command(1)), japanese ? L"ショートカットキー" : L"Shortcut Keys");
+        EXPECT_EQ(keys.substr(0, 10), japanese ? L"ショートカットキー " : L"Shortcut K");
+        EXPECT_NE(keys.find(japanese ? L"(全ウィンドウ共通)" : L"(All Windows)"), keys.npos);
+        EXPECT_EQ(keys.find(japanese ? L"(All Windows)" : L"(全ウィンドウ共通)"), keys.npos);
+        // Whatever the language, the keys are drawn in a font that has them.
+        const auto font = reinterpret_cast<HFONT>(SendMessageW(about.TextBox(), WM_GETFONT, 0, 0));
+        EXPECT_TRUE(FontHasGlyphs(font, keys));
+    }
     // Shutting down, closing destroys it.
     mdlMain::SetShuttingDown();
     ReleaseAboutWindow();
@@ -134,32 +143,6 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
     }
     DeleteFileA(help.c_str());
     mdlMain::SetAppTitle("Zorvi");
-}
-
-TEST(Language, EveryOpenWindowRelabelsItself) {
-    Scope scope;
-    frmAbout& about = AboutWindow();
-    about.ShowAbout();
-    frmResult& result = ResultWindow();
-    result.ShowResult(0);
-    for (const bool japanese : {true, false}) {
-        SCOPED_TRACE(japanese);
-        mdlMain::SetLanguageOffset(japanese ? 1000 : 0);
-        about.ChangeLangAbout();
-        result.ChangeLangResult();
-        // The shortcut text, first and second half, in one language.
-        const std::wstring keys = WindowText(about.TextBox());
-        EXPECT_EQ(WindowText(about.Command(1)), japanese ? L"ショートカットキー" : L"Shortcut Keys");
-        EXPECT_EQ(keys.substr(0, 10), japanese ? L"ショートカットキー " : L"Shortcut K");
-        EXPECT_NE(keys.find(japanese ? L"(全ウィンドウ共通)" : L"(All Windows)"), keys.npos);
-        EXPECT_EQ(keys.find(japanese ? L"(All Windows)" : L"(全ウィンドウ共通)"), keys.npos);
-        EXPECT_TRUE(WindowText(result.Handle())
-                        .starts_with(japanese ? L"Zorvi - ログウィンドウ - " : L"Zorvi - Log Window"));
-        // Whatever the language, the keys are drawn in a font that has them.
-        EXPECT_TRUE(FontHasGlyphs(FontOf(about.TextBox()), keys));
-    }
-    ShowWindow(about.Handle(), SW_HIDE);
-    result.HideResult();
 }
 
 }  // namespace

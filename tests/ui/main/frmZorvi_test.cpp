@@ -60,8 +60,8 @@ struct Zorvi : testing::Session {
 std::string Twips(int pixels) { return std::to_string(PixelsToTwips(pixels, GetScreenDpi().x)); }
 
 // What the window shows, as named facts; a step compares those it names.
-std::map<std::string, std::string> Facts(const Zorvi& z) {
-    const Z& w = z.window;
+std::map<std::string, std::string> Facts(Zorvi& z) {
+    Z& w = z.window;
     std::map<std::string, std::string> facts;
     std::string caption = Narrow(testing::WindowText(z.H()));
     facts["caption"] = caption.substr(0, caption.find(" v" + VersionText(ThisVersion())));
@@ -109,8 +109,19 @@ std::map<std::string, std::string> Facts(const Zorvi& z) {
                      Twips(rect.right - rect.left) + " " +
                      std::to_string(rect.bottom - rect.top) + "px" +
                      (MonitorFromRect(&rect, MONITOR_DEFAULTTONULL) ? "" : " off the screen");
-    facts["shown"] = std::string(IsIconic(z.H()) ? "minimised" : Visible(z.H()) ? "normal" : "no") +
-                     (GetWindowLongPtrW(z.H(), GWL_EXSTYLE) & WS_EX_TOPMOST ? " on top" : "");
+    const bool onTop = GetWindowLongPtrW(z.H(), GWL_EXSTYLE) & WS_EX_TOPMOST;
+    const char* shown = !Visible(z.H()) ? "no" : IsIconic(z.H()) ? "minimised" : "normal";
+    facts["shown"] = shown + std::string(onTop ? " on top" : "") +
+                     (w.InTaskTray() ? " in the tray" : "");
+    // The popup menu as it opens: its entries, "Show" in the tray, "Recent Used" with a history.
+    const HMENU popup = w.PreparePopUp();
+    const auto texts = testing::MenuTexts(popup);
+    const int recent = testing::FindEntry(popup, L"&Recent Used");
+    const UINT recentState = GetMenuState(popup, static_cast<UINT>(recent), MF_BYPOSITION);
+    facts["popup"] = std::to_string(texts.size()) + " " +
+                     Narrow(texts.front() + L".." + texts.back()) +
+                     (testing::FindEntry(popup, L"Show") >= 0 ? " Show" : "") +
+                     (recentState & MF_GRAYED ? "" : " recent");
     int icon = 0, height = 0;
     ImageList_GetIconSize(reinterpret_cast<HIMAGELIST>(SendMessageW(w.Toolbar(), TB_GETIMAGELIST,
                                                                     0, 0)), &icon, &height);
@@ -119,7 +130,7 @@ std::map<std::string, std::string> Facts(const Zorvi& z) {
 }
 
 // Compares the facts named in `expected` ("name=value; ...") with the window's.
-void ExpectFacts(const Zorvi& z, const std::string& expected) {
+void ExpectFacts(Zorvi& z, const std::string& expected) {
     const auto facts = Facts(z);
     std::string actual, wanted;
     for (std::size_t at = 0; at < expected.size(); at += 2) {
@@ -170,7 +181,8 @@ TEST(MainWindow, StepsOfOneSession) {
         std::string facts;
     } steps[] = {
         {"no target: watch and log off", [] {},
-         "caption=Zorvi; buttons=110110; watch=off, (No focus) [OFF]; panels=before|-|NoInfo."},
+         "caption=Zorvi; buttons=110110; watch=off, (No focus) [OFF]; panels=before|-|NoInfo.; "
+         "popup=16 &About..E&xit"},
         {"a file no filter row takes is confirmed first; Cancel keeps none",
          [&] { z.answer = IDCANCEL, z.window.SetFile(notes); }, "target=; boxes=1"},
         {"a filter row's configuration is switched to, without asking",
@@ -225,6 +237,18 @@ TEST(MainWindow, StepsOfOneSession) {
         {"Ctrl+Right moves", key(z.H(), VK_RIGHT, {VK_CONTROL}), moved},
         // Watch mode.
         {"F3 watches", key(z.window.Toolbar(), VK_F3), "watch=on, fresh.mml [ON]"},
+        // Minimised without it (a start row), the window stays on the task bar.
+        {"minimised with TaskTray: into the tray, whose tip follows target and watch",
+         [&] {
+             WritePrivateProfileStringA("Option", "TaskTray", "1", z.MainFile().c_str());
+             ShowWindow(z.H(), SW_MINIMIZE);
+             EXPECT_EQ(z.window.TrayTip(),
+                       L"Zorvi v" + Widen(VersionText(ThisVersion())) + L" [ON]\r\nfresh.mml");
+         },
+         "shown=no in the tray; popup=17 &About..E&xit Show recent"},
+        {"a double-click on the icon brings the window back",
+         [&] { SendMessageW(z.H(), Z::kTrayMessage, 1, WM_LBUTTONDBLCLK); },
+         "shown=normal; popup=16 &About..E&xit recent"},
         {"a tick without a save compiles nothing", [&] { z.Tick(); }, "compiles=0"},
         {"a tick after a save compiles, the timer off; a save meanwhile is the next tick's",
          [&] {
@@ -282,8 +306,8 @@ TEST(MainWindow, StepsOfOneSession) {
     DeleteFileA(configuration.c_str());
 }
 
-// Each row starts a window, reads what it shows, closes it with keys and
-// reads the place saved: only a window in its normal state saves one.
+// Each row starts a window, reads what it shows, closes it with keys (or ends
+// the session) and reads the place saved: only a window in its normal state saves one.
 TEST(MainWindow, StartSettingsAndClosing) {
     testing::TempFolder files;
     files.Write("Given.mml", "");
@@ -294,12 +318,9 @@ TEST(MainWindow, StartSettingsAndClosing) {
     const struct {
         const char* name;
         std::string settings, file, facts;
-        std::vector<int> keys;  // Left and F5 with Ctrl, F4 with Alt
+        std::vector<int> keys;  // Left and F5 with Ctrl, F4 with Alt; 0: the session ends
         std::string saved;      // Left Top Width Height Mode; "?": where it was
     } cases[] = {
-        {"first start", "", "",
-         "caption=Zorvi; shown=normal; layout=0 toolbar list0 ; " + icons(16) + "250ms",
-         {VK_F12}, "0 0 4410 1064 0 "},
         {"placed off the screen; on top, icons, timer, layout",
          "[Option]\r\nAlwaysTop=1\r\nIconSize=32\r\nTimerInterval=1000\r\n[Main]\r\nMode=2\r\n"
          "Left=1000000000\r\nTop=1000000000\r\nWidth=6000\r\nHeight=1500\r\n", "",
@@ -312,6 +333,11 @@ TEST(MainWindow, StartSettingsAndClosing) {
          "[Option]\r\nAutoSetFile=1\r\nAutoMinimize=1\r\nAutoWatch=1\r\n[History]\r\nHis00=" +
              (files / "Last.mml") + "\r\n",
          "", "target=Last.mml; shown=minimised; watch=on, Last.mml [ON]", {VK_F12}, "     "},
+        // Ctrl+Left at the left edge takes the window off it, 512 twips; last, as
+        // the end of the session marks the whole program as shutting down.
+        {"first start", "", "",
+         "caption=Zorvi; shown=normal; layout=0 toolbar list0 ; " + icons(16) + "250ms",
+         {VK_LEFT, 0}, "-510 0 4410 1064 0 "},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -321,12 +347,16 @@ TEST(MainWindow, StartSettingsAndClosing) {
         RECT place{};
         for (const int key : c.keys) {
             GetWindowRect(z.H(), &place);
-            SendKey(z.H(), key, key == VK_F4                     ? std::vector{VK_MENU}
-                                : key == VK_LEFT || key == VK_F5 ? std::vector{VK_CONTROL}
-                                                                 : std::vector<int>{});
+            if (key == 0) {
+                SendMessageW(z.H(), WM_ENDSESSION, TRUE, 0);
+            } else {
+                SendKey(z.H(), key, key == VK_F4                     ? std::vector{VK_MENU}
+                                    : key == VK_LEFT || key == VK_F5 ? std::vector{VK_CONTROL}
+                                                                     : std::vector<int>{});
+            }
         }
         testing::ServeQueue();
-        EXPECT_EQ(z.H(), nullptr);
+        EXPECT_EQ(z.H() == nullptr, c.keys.back() != 0) << "only the session end leaves it";
         std::string saved, expected = c.saved;
         for (const char* name : {"Left", "Top", "Width", "Height", "Mode"}) {
             saved += z.Setting("Main", name) + " ";

@@ -1,13 +1,10 @@
-// The main window's parts: its popup menu, configuration and player menus,
-// tray icon and launcher list, read back from the built menus, the settings
-// files and the launch record; its keyboard moves, the end of a session, and
-// watching through folder changes.
+// The main window's parts: its configuration and player menus and launcher
+// list, read back from the built menus, the settings files and the launch
+// record; and watching through folder changes.
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <memory>
 
-#include "core/version.h"
 #include "core/wide_win.h"
 #include "run/clsExecute.h"
 #include "settings/ini_win.h"
@@ -25,50 +22,15 @@ bool Checked(HMENU menu, int position) {
     return (GetMenuState(menu, static_cast<UINT>(position), MF_BYPOSITION) & MF_CHECKED) != 0;
 }
 
-// A main window on the settings given, started with song.mml of its folder or with no target.
+// A main window on the settings given, started with song.mml of its folder.
 struct Zorvi : testing::Session {
-    explicit Zorvi(const std::string& settings, bool withTarget = true) : Session(settings) {
-        window->Create(nullptr);
+    explicit Zorvi(const std::string& settings) : Session(settings) {
+        window.Create(nullptr);
         folder.Write("song.mml", "o4 c");
-        window->Start(withTarget ? folder / "song.mml" : std::string());
+        window.Start(folder / "song.mml");
     }
-    ~Zorvi() {
-        if (window->Handle() != nullptr) window->DeleteIcon();
-    }
-    std::unique_ptr<frmZorvi> window = std::make_unique<frmZorvi>();
+    frmZorvi window;
 };
-
-// The tray is used only when asked; its tip follows target and watch. The
-// popup shows "Recent Used" only with a history and "Show" only in the tray.
-TEST(MainMenus, PopupAndTray) {
-    for (const bool tray : {false, true}) {
-        SCOPED_TRACE(tray);
-        Zorvi zorvi(tray ? "[Option]\r\nTaskTray=1\r\n" : "", tray);
-        frmZorvi& window = *zorvi.window;
-        ShowWindow(window.Handle(), SW_MINIMIZE);
-        EXPECT_EQ(window.InTaskTray(), tray);
-        EXPECT_EQ(IsWindowVisible(window.Handle()) != FALSE, !tray);
-        const HMENU popup = window.PreparePopUp();
-        const auto texts = testing::MenuTexts(popup);
-        ASSERT_EQ(texts.size(), tray ? 17u : 16u);
-        EXPECT_EQ(FindEntry(popup, L"Show") >= 0, tray);
-        const int recent = FindEntry(popup, L"&Recent Used");
-        ASSERT_GE(recent, 0);
-        EXPECT_EQ((GetMenuState(popup, static_cast<UINT>(recent), MF_BYPOSITION) & MF_GRAYED) == 0,
-                  tray);
-        EXPECT_EQ(texts.front() + L"|" + texts.back(), L"&About|E&xit");
-        if (!tray) continue;
-        window.WatchToggle();
-        zorvi.folder.Write("b.mml", "o4 d");
-        window.SetFile(zorvi.folder / "b.mml");
-        EXPECT_EQ(window.TrayTip(),
-                  L"Zorvi v" + Widen(VersionText(ThisVersion())) + L" [ON]\r\nb.mml");
-        // A double click on the icon brings the window back.
-        SendMessageW(window.Handle(), frmZorvi::kTrayMessage, 1, WM_LBUTTONDBLCLK);
-        EXPECT_FALSE(window.InTaskTray());
-        EXPECT_TRUE(IsWindowVisible(window.Handle()));
-    }
-}
 
 TEST(MainMenus, ChoosingAConfigurationOrAPlayerWritesItAndMovesTheCheck) {
     Zorvi zorvi("[PlayerList]\r\nItemCount=1\r\nItem1=" + mdlFile::GetAppFolder() +
@@ -79,7 +41,7 @@ TEST(MainMenus, ChoosingAConfigurationOrAPlayerWritesItAndMovesTheCheck) {
     // A thousand configurations and more, empty: the menus are built all the same.
     for (int i = 1000; i < 1998; ++i) zorvi.Configuration(std::to_string(i), "");
     WriteIni("Setting", "Default", first, zorvi.MainFile());
-    frmZorvi& window = *zorvi.window;
+    frmZorvi& window = zorvi.window;
     window.ViewChange_DefinedScript();
     const HMENU popup = window.PreparePopUp();
     const HMENU scripts = GetSubMenu(popup, FindEntry(popup, L"Script setting"));
@@ -133,7 +95,7 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     Zorvi zorvi("[ExternalProgram]\r\nItemCount=3\r\nItem1=Player\r\nCommand1=" + app +
                 "zplayer.exe\r\nOption1=$fn$\r\nWindowState1=9\r\nItem2=Hang\r\nCommand2=" + app +
                 "zcompiler.exe\r\nOption2=" + (files / "hang.mml") + "\r\nAutoShutDown2=1\r\n");
-    frmZorvi& window = *zorvi.window;
+    frmZorvi& window = zorvi.window;
     const HWND list = window.Combo1(0);
     ASSERT_EQ(SendMessageW(list, CB_GETCOUNT, 0, 0), 3);
     const auto enterOn = [&](int entry) {
@@ -184,7 +146,7 @@ bool PumpUntil(const std::function<bool()>& condition) {
 TEST(MainParts, FolderChangesWakeTheWatchAndTheTimerTakesOverWhenTheFolderGoes) {
     // The timer's own period is far away: only the notification can compile.
     Zorvi zorvi("[Option]\r\nTimerInterval=600000\r\n");
-    frmZorvi& window = *zorvi.window;
+    frmZorvi& window = zorvi.window;
     std::vector<std::string> compiled;
     window.SetCompileCommand(
         [&](CompileHost&) { compiled.push_back(zorvi.folder.Read("song.mml")); });
@@ -212,18 +174,6 @@ TEST(MainParts, FolderChangesWakeTheWatchAndTheTimerTakesOverWhenTheFolderGoes) 
         return mdlMain::TargetFile().empty();
     }));
     EXPECT_FALSE(window.Watching());
-}
-
-TEST(MainParts, KeyMovesGoWhereTheKeysSteerAndTheSessionEndKeepsThePlace) {
-    Zorvi zorvi("[Main]\r\nLeft=0\r\nTop=0\r\nMode=2\r\n");
-    frmZorvi& window = *zorvi.window;
-    // Ctrl+Left at the left edge takes the window off it, 512 twips.
-    ASSERT_TRUE(window.Form_KeyDown(VK_LEFT, 2));
-    RECT rect{};
-    GetWindowRect(window.Handle(), &rect);
-    EXPECT_LT(rect.left, 0);
-    SendMessageW(window.Handle(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_EQ(zorvi.Setting("Main", "Left") + " " + zorvi.Setting("Main", "Mode"), "-510 2");
 }
 
 }  // namespace
