@@ -15,14 +15,6 @@
 namespace zorvi::testing {
 namespace {
 
-// The log window's text box once its text holds part.
-HWND WaitForLogHolding(const Running& zorvi, const std::wstring& part) {
-    const HWND box = zorvi.WaitForLogBox();
-    const bool holds =
-        WaitUntil([&] { return WindowText(box).find(part) != std::wstring::npos; });
-    return holds ? box : nullptr;
-}
-
 // A double click at the start of the text box's line that holds part.
 void DoubleClickLineOf(HWND box, const std::wstring& part) {
     const auto at = WindowText(box).find(part);
@@ -53,7 +45,7 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
                    std::string::npos;
         }));
         PostMessageW(main, WM_KEYDOWN, VK_F7, 0);
-        const HWND box = WaitForLogHolding(zorvi, L"clean.mid (");
+        const HWND box = zorvi.WaitForLogBox(L"clean.mid (");
         ASSERT_NE(box, nullptr);
         EXPECT_EQ(WindowText(box).find(L"Detect compiling error."), std::wstring::npos);
         EXPECT_EQ(installation.Read("examples\\clean.mid").substr(0, 4), "MThd");
@@ -69,7 +61,7 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
     SetEnvironmentVariableA("ZPLAYER_RECORD", nullptr);
     PostMessageW(zorvi.WaitForWindow(L"ZorviMain"), WM_KEYDOWN, VK_F5, 0);
     // A failed compile opens the log by itself, verdict first.
-    const HWND box = WaitForLogHolding(zorvi, L"broken.mml(9,23): error:");
+    const HWND box = zorvi.WaitForLogBox(L"broken.mml(9,23): error:");
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(WindowText(box).rfind(L"Zorvi:Detect compiling error.\r\n", 0), 0u);
 

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "core/handles_win.h"
 #include "core/version.h"
@@ -43,24 +44,20 @@ void WriteSetup(const TempFolder& base, const std::string& home, const std::stri
     base.Write(home + "Zorvi.ini", "[Setting]\r\nDefault=t\r\n[Option]\r\n" + options);
 }
 
-struct NameCase {
-    std::string program;  // the folder zorvi.exe stands in
-    std::string target;   // the target's name, in that folder
-};
-
 // Installs zorvi.exe and the stand-in into base\program and compiles the
-// target from the command line: a quoted value and a bare one, each escaped
-// for its place, reach exactly one start of the compiler and an echo.
-void ExpectTheNameReachesTheCompiler(const TempFolder& base, const NameCase& c) {
-    const std::string folder = base / c.program;
+// target there from the command line: a quoted value and a bare one, each
+// escaped for its place, reach exactly one start of the compiler and an echo.
+void ExpectTheNameReachesTheCompiler(const TempFolder& base, const std::string& program,
+                                     const std::string& name) {
+    const std::string folder = base / program;
     ASSERT_TRUE(CreateDirectoryA(folder.c_str(), nullptr));
     ASSERT_TRUE(CopyFileA(BesideTestProgram("..\\zorvi.exe").c_str(),
                           (folder + "\\zorvi.exe").c_str(), FALSE));
-    WriteSetup(base, c.program + "\\", "@echo $fn$> \"$fp$echo.txt\"");
-    const std::string target = folder + "\\" + c.target;
+    WriteSetup(base, program + "\\", "@echo $fn$> \"$fp$echo.txt\"");
+    const std::string target = folder + "\\" + name;
     const std::string record = base / "args.txt";
     DeleteFileA(record.c_str());
-    base.Write(c.program + "\\" + c.target, "args=" + record + "\r\n");
+    base.Write(program + "\\" + name, "args=" + record + "\r\n");
     const Running run(folder, "-compilenow \"" + target + "\"");
     ASSERT_EQ(run.WaitForExit(30s), std::optional<DWORD>(0));
     // Exactly one start, with exactly the name (names with blanks go
@@ -69,7 +66,7 @@ void ExpectTheNameReachesTheCompiler(const TempFolder& base, const NameCase& c) 
     ASSERT_EQ(lines.size() >= 3 ? lines[2].first : "", "arg1");
     EXPECT_EQ(LongForm(lines[2].second), target);
     EXPECT_EQ(base.Read("args.txt").find("cmdline=", 1), std::string::npos);
-    std::string echoed = base.Read(c.program + "\\echo.txt");
+    std::string echoed = base.Read(program + "\\echo.txt");
     ASSERT_TRUE(echoed.ends_with("\r\n"));
     echoed.resize(echoed.size() - 2);
     EXPECT_EQ(LongForm(folder + "\\" + echoed), target);
@@ -77,15 +74,15 @@ void ExpectTheNameReachesTheCompiler(const TempFolder& base, const NameCase& c) 
 
 TEST(Names, EveryLegalNameReachesTheCompilerAsItIs) {
     TempFolder base;
-    const NameCase cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"prog & co", "b&notepad&.mml"},
         {"p^%()! ,;='", "t^ %PATH% (1)!,;='.mml"},
         // The longest path the platform takes: 259 characters.
         {"long", std::string(259 - (base / "long\\.mml").size(), 'n') + ".mml"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.target);
-        ExpectTheNameReachesTheCompiler(base, c);
+    for (const auto& [program, name] : cases) {
+        SCOPED_TRACE(name);
+        ExpectTheNameReachesTheCompiler(base, program, name);
     }
 }
 
@@ -98,14 +95,9 @@ TEST(ShiftJis, DoubleByteNamesReachTheCompilerAndTheCaption) {
     }
     if (GetACP() != 932) GTEST_SKIP() << "needs code page 932; runs in the cp932 registration";
     TempFolder base;
-    const NameCase cases[] = {
-        {"\x95\x5c\x83\x5c", "\x83\x7c\x83\x5e\x95\x5c.mml"},  // 表ソ\ポタ表.mml
-        {"\x83\x5c \x95\x5c", "\x83\x5e \x83\x7c.mml"},         // ソ 表\タ ポ.mml: short names
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.program);
-        ExpectTheNameReachesTheCompiler(base, c);
-    }
+    // 表ソ\ポタ表.mml, and ソ 表\タ ポ.mml through short names.
+    ExpectTheNameReachesTheCompiler(base, "\x95\x5c\x83\x5c", "\x83\x7c\x83\x5e\x95\x5c.mml");
+    ExpectTheNameReachesTheCompiler(base, "\x83\x5c \x95\x5c", "\x83\x5e \x83\x7c.mml");
     // Given as typed, relative to the folder Zorvi starts in and the extension
     // in upper case, the target is named in its case on disk, without its folder.
     Installation zorvi;
@@ -208,8 +200,8 @@ TEST(Watch, SavesCompileOnceAndAHangingCompileEndsOnEscOrOnClosing) {
     PostMessageW(main, WM_KEYDOWN, VK_ESCAPE, 0);
     EXPECT_EQ(WaitForSingleObject(compiler.get(), 15000), WAIT_OBJECT_0);
     // The verdict says why, above the log written so far.
-    const HWND text = run.WaitForLogBox();
-    ASSERT_TRUE(WaitUntil([&] { return WindowText(text).find(L"started") != std::wstring::npos; }));
+    const HWND text = run.WaitForLogBox(L"started");
+    ASSERT_NE(text, nullptr);
     EXPECT_EQ(WindowText(text).find(L"Zorvi:Compiling was stopped."), 0u);
 
     PostMessageW(main, WM_KEYDOWN, VK_F5, 0);

@@ -100,20 +100,12 @@ TEST(MmlParse, TitleBytesAreKept) {
     }
 }
 
-Limits Small() {
-    Limits limits;
-    limits.maxSourceBytes = 64;
-    limits.maxEvents = 10;
-    limits.maxWork = 1000;
-    limits.maxTicks = 100'000;
-    limits.maxErrors = 3;
-    return limits;
-}
-
 TEST(MmlParse, EveryFaultIsReportedAtItsPlace) {
     using Lines = std::vector<S>;
     const auto diagnose = [](const S& source, bool small) {
-        const ParseResult result = ParseMml(source, small ? Small() : Limits{});
+        const Limits tight{.maxSourceBytes = 64, .maxEvents = 10, .maxWork = 1000,
+                           .maxTicks = 100'000, .maxErrors = 3};
+        const ParseResult result = ParseMml(source, small ? tight : Limits{});
         EXPECT_EQ(result.stoppedEarly, source == "A xxxxx");
         return Describe(result.diagnostics);
     };

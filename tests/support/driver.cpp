@@ -65,9 +65,11 @@ HWND Running::WaitForWindow(const wchar_t* windowClass) const {
     return found;
 }
 
-HWND Running::WaitForLogBox() const {
+HWND Running::WaitForLogBox(const std::wstring& part) const {
     const HWND window = WaitForWindow(L"ZorviResult");
-    return window != nullptr ? FindWindowExW(window, nullptr, L"Edit", nullptr) : nullptr;
+    const HWND box = window != nullptr ? FindWindowExW(window, nullptr, L"Edit", nullptr) : nullptr;
+    const auto holds = [&] { return WindowText(box).find(part) != std::wstring::npos; };
+    return box != nullptr && WaitUntil(holds) ? box : nullptr;
 }
 
 int Starts(const std::string& record) {
