@@ -1,8 +1,8 @@
 // The real zorvi.exe on the users' roads: the command line's compile and log,
-// and a session of the main window: started with a file, a second start, watch
-// mode compiling on a save, the configuration window, F5, and closing. The
-// stand-in compiler, run by Wine's own cmd.exe from Zorvi.bat, takes its
-// orders from the song's first lines.
+// in Japanese, and a session of the main window: started with a file, a
+// second start, watch mode compiling on a save, the configuration window, F5,
+// and closing. The stand-in compiler, run by Wine's own cmd.exe from
+// Zorvi.bat, takes its orders from the song's first lines.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -42,18 +42,21 @@ TEST(Roads, TheCommandLine) {
         bool compiled;
     } cases[] = {
         {"compile, failing", "-compilenow song.mml", "output=none\r\nlog=E1 bad\r\n",
-         L"Zorvi:Detect compiling error." + rule + L"E1 bad\r\n", 0, false},
+         L"Zorvi:コンパイルエラーを検出しました。" + rule + L"E1 bad\r\n", 0, false},
         {"compile, showing the log", "-compilenow -showlog song.mml", "log=fine\r\n",
          L"fine\r\n", 0, true},
-        {"the log alone", "-showlog song.mml", "", L"Zorvi:Log file not found.\r\n", 0, false},
-        {"no such preset: declined", "-preset=gone -compilenow song.mml", "",
-         L"Zorvi - Check|gone.ini is not found. Do you execute using a default setup?", IDNO,
+        {"the log alone", "-showlog song.mml", "", L"Zorvi:ログファイルが見つかりません。\r\n", 0,
          false},
+        {"no such preset: declined", "-preset=gone -compilenow song.mml", "",
+         L"Zorvi - Check|gone.ini が見つかりません。既定の設定で実行しますか？", IDNO, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         Installation zorvi;
         WriteChain(zorvi);
+        // The language is read from the settings whatever the road.
+        const std::string settings = zorvi / "Zorvi.ini";
+        WritePrivateProfileStringA("Setting", "Language", "Japanese", settings.c_str());
         zorvi.Write("song.mml", c.orders + "o4 c\r\n");
         Running run(zorvi, c.arguments);
         if (c.button != 0) {
