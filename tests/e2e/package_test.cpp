@@ -9,7 +9,6 @@
 #include <map>
 #include <string>
 
-#include "core/version.h"
 #include "support/driver.h"
 
 namespace zorvi::testing {
