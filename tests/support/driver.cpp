@@ -14,16 +14,21 @@ Installation::Installation() {
     }
 }
 
-Running::Running(const Installation& installation, const std::string& arguments) {
+std::string Installation::Setting(const char* section, const char* key) const {
+    char value[300] = {};
+    GetPrivateProfileStringA(section, key, "", value, sizeof value, (*this / "Zorvi.ini").c_str());
+    return value;
+}
+
+Running::Running(const std::string& folder, const std::string& arguments) {
     // Built by appending: GCC 12 warns falsely about "x" + temporary.
     std::string commandLine = "\"";
-    commandLine += installation / "zorvi.exe";
-    commandLine += "\" " + arguments;
+    commandLine += folder + "\\zorvi.exe\" " + arguments;
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info{};
     if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        installation.Path().c_str(), &startup, &info)) {
+                        folder.c_str(), &startup, &info)) {
         throw std::runtime_error("cannot start " + commandLine);
     }
     CloseHandle(info.hThread);
@@ -58,6 +63,19 @@ HWND Running::WaitForWindow(const wchar_t* windowClass) const {
         return false;
     });
     return found;
+}
+
+HWND Running::WaitForLogBox(const std::wstring& part) const {
+    const HWND window = WaitForWindow(L"ZorviResult");
+    const HWND box = window != nullptr ? FindWindowExW(window, nullptr, L"Edit", nullptr) : nullptr;
+    const auto holds = [&] { return WindowText(box).find(part) != std::wstring::npos; };
+    return box != nullptr && WaitUntil(holds) ? box : nullptr;
+}
+
+int Starts(const std::string& record) {
+    int count = 0;
+    for (const auto& line : KeyValueLines(record)) count += line.first == "cmdline";
+    return count;
 }
 
 }  // namespace zorvi::testing

@@ -16,13 +16,16 @@ namespace zorvi::testing {
 class Installation : public TempFolder {
 public:
     Installation();
+    // A value of Zorvi.ini, "" when it has none.
+    std::string Setting(const char* section, const char* key) const;
 };
 
-// One zorvi.exe started in its installation's folder; ended at once when the
-// test lets go of it.
+// The zorvi.exe in a folder, started there; ended at once when the test lets go of it.
 class Running {
 public:
-    Running(const Installation& installation, const std::string& arguments);
+    Running(const std::string& folder, const std::string& arguments);
+    Running(const Installation& installation, const std::string& arguments)
+        : Running(installation.Path(), arguments) {}
     ~Running();
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
@@ -30,6 +33,8 @@ public:
     std::optional<DWORD> WaitForExit(std::chrono::milliseconds limit = 15s) const;
     // A visible top-level window of this process with the class ("#32770": a message box).
     HWND WaitForWindow(const wchar_t* windowClass) const;
+    // The text box of the log window, once that shows with part in its text.
+    HWND WaitForLogBox(const std::wstring& part) const;
 
 private:
     HANDLE process_ = nullptr;
@@ -39,5 +44,8 @@ private:
 // A message box's text (its static control 0xFFFF) and pressing one of its buttons.
 inline std::wstring MessageBoxText(HWND box) { return WindowText(GetDlgItem(box, 0xFFFF)); }
 inline void PressButton(HWND box, int id) { SendMessageW(GetDlgItem(box, id), BM_CLICK, 0, 0); }
+
+// How many starts a stand-in's record holds: each begins with its "cmdline" line.
+int Starts(const std::string& record);
 
 }  // namespace zorvi::testing
