@@ -117,7 +117,9 @@ bool Run(int runs, const std::string& folder) {
                 Sleep(1);
             }
         }
-        if (shown == nullptr) return end(Fail("the log window did not show the compiler's summary"));
+        if (shown == nullptr) {
+            return end(Fail("the log window did not show the compiler's summary"));
+        }
         shownMs.push_back(NowMs() - start);
         ShowWindow(shown, SW_HIDE);
         Sleep(kRestMs);

@@ -132,15 +132,30 @@ unsigned long long WriteTime(const std::string& path) {
            data.ftLastWriteTime.dwLowDateTime;
 }
 
-bool HasChildren(DWORD processId) {
+unsigned long long CreationTime(HANDLE process) {
+    FILETIME created{}, ended{}, kernel{}, user{};
+    if (!GetProcessTimes(process, &created, &ended, &kernel, &user)) return 0;
+    return (static_cast<unsigned long long>(created.dwHighDateTime) << 32) | created.dwLowDateTime;
+}
+
+// A process that names the parent's id but is older than the parent is not
+// its child: it outlived an earlier process that had the same id.
+bool HasChildren(const Child& parent) {
     const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
     if (snapshot == INVALID_HANDLE_VALUE) return false;
+    const unsigned long long parentCreated = CreationTime(parent.Process());
     PROCESSENTRY32 entry{};
     entry.dwSize = sizeof entry;
     bool found = false;
     for (BOOL more = Process32First(snapshot, &entry); more && !found;
          more = Process32Next(snapshot, &entry)) {
-        found = entry.th32ParentProcessID == processId && entry.th32ProcessID != processId;
+        if (entry.th32ParentProcessID != parent.Id() || entry.th32ProcessID == parent.Id()) {
+            continue;
+        }
+        const HANDLE child =
+            OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, entry.th32ProcessID);
+        found = child == nullptr || CreationTime(child) >= parentCreated;
+        if (child != nullptr) CloseHandle(child);
     }
     CloseHandle(snapshot);
     return found;
@@ -150,7 +165,7 @@ bool HasChildren(DWORD processId) {
 bool WaitCompileEnd(const Child& zorvi) {
     const double start = NowMs();
     while (NowMs() - start < kCompileLimitMs && zorvi.Running()) {
-        if (!HasChildren(zorvi.Id())) return true;
+        if (!HasChildren(zorvi)) return true;
         Sleep(5);
     }
     return Fail("the compile did not end");

@@ -37,7 +37,8 @@ bool HasDollar(std::string_view text) { return text.find('$') != std::string_vie
 // Whether position at stands inside double quotes of its line. A quote is
 // never the second byte of a double-byte character, so bytes can be counted.
 bool InsideQuotes(std::string_view text, std::size_t at) {
-    const std::size_t lineEnd = at == 0 ? std::string_view::npos : text.find_last_of("\r\n", at - 1);
+    const std::size_t lineEnd =
+        at == 0 ? std::string_view::npos : text.find_last_of("\r\n", at - 1);
     bool inside = false;
     for (std::size_t i = lineEnd == std::string_view::npos ? 0 : lineEnd + 1; i < at; ++i) {
         if (text[i] == '"') inside = !inside;

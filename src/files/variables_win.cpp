@@ -52,7 +52,8 @@ VariableFacts FactsFor(const std::string& configurationPath) {
 }
 
 VariableFacts FactsFor(const IniFile& configuration) {
-    return FactsFor([&configuration] { return configuration.Read(settings::config_file::kConsole); });
+    return FactsFor(
+        [&configuration] { return configuration.Read(settings::config_file::kConsole); });
 }
 
 }  // namespace

@@ -394,10 +394,12 @@ int DoCompile2(const std::string& targetFile, const std::string& presetPath, boo
             .activeConfigurationPath = [] { return GetDefaultPreset(); },
             .appFolder = mdlFile::GetAppFolder(),
         };
-        const std::optional<std::string> configuration = ChooseCompileConfiguration(presetPath, facts);
+        const std::optional<std::string> configuration =
+            ChooseCompileConfiguration(presetPath, facts);
         if (!configuration) return 0;
         if (!mdlFile::FileExists(*configuration)) {
-            ShowCheckMessage(nullptr, LoadText(ids::kConfigurationFileNotFound), MB_ICONINFORMATION);
+            ShowCheckMessage(nullptr, LoadText(ids::kConfigurationFileNotFound),
+                             MB_ICONINFORMATION);
             return 0;
         }
         const IniFile opened(*configuration);
