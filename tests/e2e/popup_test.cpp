@@ -28,11 +28,15 @@ TEST(Popup, AutoRunThenAboutAndExitInJapanese) {
     EXPECT_NE(installation.Read("record.txt").find("arg1=second"), std::string::npos);
     EXPECT_EQ(installation.Read("record.txt").find("arg1=first"), std::string::npos);
 
-    // The entries keep their mnemonics in Japanese, typed as a user would.
+    // The entries keep their mnemonics in Japanese, typed as a user would. The
+    // menu acts on the character alone; a key posted beside it could come back
+    // as a second character, left for the next menu.
     const auto choose = [&](char mnemonic) {
-        PostMessageW(main, WM_KEYDOWN, VK_F9, 0);
-        const HWND menu = zorvi.WaitForWindow(L"#32768");
-        PostMessageW(menu, WM_KEYDOWN, static_cast<WPARAM>(mnemonic), 0);
+        HWND menu = nullptr;
+        for (int press = 0; press < 3 && menu == nullptr; ++press) {
+            PostMessageW(main, WM_KEYDOWN, VK_F9, 0);
+            menu = zorvi.WaitForWindow(L"#32768", 3s);
+        }
         PostMessageW(menu, WM_CHAR, static_cast<WPARAM>(mnemonic + 'a' - 'A'), 0);
         return menu != nullptr;
     };
@@ -43,8 +47,15 @@ TEST(Popup, AutoRunThenAboutAndExitInJapanese) {
     EXPECT_NE(FindWindowExW(about, nullptr, L"Button", L"ショートカットキー"), nullptr);
     PostMessageW(about, WM_CLOSE, 0, 0);
     ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(about); }));
-    ASSERT_TRUE(choose('X'));
-    EXPECT_EQ(zorvi.WaitForExit(), std::optional<DWORD>(0));
+    // Under Wine the first F9 after the about window went can open no menu,
+    // or one that closes at once and takes the character with it, while the
+    // main window is made active again: F9 and the choice are repeated then.
+    std::optional<DWORD> exit;
+    for (int attempt = 0; attempt < 3 && !exit; ++attempt) {
+        ASSERT_TRUE(choose('X'));
+        exit = zorvi.WaitForExit(3s);
+    }
+    EXPECT_EQ(exit, std::optional<DWORD>(0));
 }
 
 }  // namespace

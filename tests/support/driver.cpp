@@ -51,7 +51,7 @@ std::optional<DWORD> Running::WaitForExit(std::chrono::milliseconds limit) const
     return code;
 }
 
-HWND Running::WaitForWindow(const wchar_t* windowClass) const {
+HWND Running::WaitForWindow(const wchar_t* windowClass, std::chrono::milliseconds limit) const {
     HWND found = nullptr;
     WaitUntil([&] {
         for (found = FindWindowExW(nullptr, nullptr, windowClass, nullptr); found != nullptr;
@@ -61,7 +61,7 @@ HWND Running::WaitForWindow(const wchar_t* windowClass) const {
             if (owner == id_ && IsWindowVisible(found)) return true;
         }
         return false;
-    });
+    }, limit);
     return found;
 }
 

@@ -32,7 +32,7 @@ public:
 
     std::optional<DWORD> WaitForExit(std::chrono::milliseconds limit = 15s) const;
     // A visible top-level window of this process with the class ("#32770": a message box).
-    HWND WaitForWindow(const wchar_t* windowClass) const;
+    HWND WaitForWindow(const wchar_t* windowClass, std::chrono::milliseconds limit = 15s) const;
     // The text box of the log window, once that shows with part in its text.
     HWND WaitForLogBox(const std::wstring& part) const;
 
