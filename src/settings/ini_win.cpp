@@ -1,5 +1,6 @@
-// Reading and writing single settings keys through the ANSI private-profile
-// functions. Nothing is cached: every call goes to the file.
+// Reading and writing settings keys through the ANSI private-profile
+// functions. A key read goes to the file each time; sections read whole are
+// kept by the IniSection, IniFile or IniUpdater that read them.
 #include "settings/ini_win.h"
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// Reading and writing single settings keys through the ANSI private-profile functions.
+// Reading and writing settings keys through the ANSI private-profile functions.
 #pragma once
 
 #include <map>
