@@ -7,7 +7,8 @@
 # build/fuzz/findings/<target>/ and the run fails; the full output of each
 # target is in build/fuzz/logs/<target>.log.
 #   Usage: scripts/fuzz.sh [seconds per target, default 60 [executions per target]]
-# A target stops at whichever limit it reaches first.
+# A target stops at whichever limit it reaches first. ZORVI_FUZZ_ONLY="a b"
+# runs only the targets named.
 set -uo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 seconds=${1:-60}
@@ -45,7 +46,10 @@ fi
 
 status=0
 printf '%-14s %14s %8s %10s %8s %6s\n' target executions seconds 'exec/s' crashes exit
-while read -r name program dictionary; do
+while read -r name program dictionary max_len; do
+    if [ -n "${ZORVI_FUZZ_ONLY:-}" ] && ! [[ " $ZORVI_FUZZ_ONLY " == *" $name "* ]]; then
+        continue
+    fi
     corpus="$build/corpus/$name"
     findings="$build/findings/$name"
     log="$build/logs/$name.log"
@@ -54,6 +58,7 @@ while read -r name program dictionary; do
     options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
              -artifact_prefix="$findings/")
     [ "$dictionary" != - ] && options+=(-dict="$dictionary")
+    [ "${max_len:--}" != - ] && options+=(-max_len="$max_len")
     [ "$runs" -gt 0 ] && options+=(-runs="$runs")
     # libFuzzer ends itself after the given time; the bound is for a target that hangs.
     started=$SECONDS

@@ -67,8 +67,13 @@ std::size_t FindLastChar(std::string_view text, char c) {
 
 std::size_t FindText(std::string_view text, std::string_view what, std::size_t from) {
     if (what.empty()) return from <= text.size() ? from : std::string_view::npos;
-    for (std::size_t at = from; at + what.size() <= text.size(); at += CharLength(text, at)) {
-        if (text.compare(at, what.size(), what) != 0) continue;
+    // A byte search finds the candidates; only one where a character starts
+    // counts, and the characters are stepped over once from "from" on.
+    std::size_t at = from;
+    for (std::size_t found = text.find(what, from); found != std::string_view::npos;
+         found = text.find(what, found + 1)) {
+        while (at < found) at += CharLength(text, at);
+        if (at != found) continue;
         // The match must not take the first byte of a character that goes on after it.
         std::size_t end = at;
         while (end < at + what.size()) end += CharLength(text, end);

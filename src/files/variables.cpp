@@ -2,6 +2,7 @@
 // with the few facts it needs about the machine handed in as callbacks.
 #include "files/variables.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <optional>
 #include <utility>
@@ -58,6 +59,13 @@ bool InsideQuotes(std::string_view text, std::size_t at) {
 template <typename Value>
 void ReplaceAll(std::string& text, std::string_view token, Value&& value, bool forBatch = false) {
     if (token.empty()) return;
+    // Most tokens are absent: a byte search with every ASCII letter folded
+    // finds any place the token could match, without copying the text.
+    const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    if (std::search(text.begin(), text.end(), token.begin(), token.end(),
+                    [&](char a, char b) { return fold(a) == fold(b); }) == text.end()) {
+        return;
+    }
     const std::string lowerToken = AsciiLower(token);
     const std::string lowerText = AsciiLower(text);
     auto found = FindText(lowerText, lowerToken);
