@@ -26,6 +26,10 @@ constexpr int kChannels = 16;
 constexpr int kDrumChannel = 9;  // channel 10: General MIDI plays drums there
 // Numbers stop growing here: anything larger is out of every range anyway.
 constexpr std::int64_t kNumberCap = 1'000'000'000;
+// Lengths stop growing here: dotted default lengths set again and again in a
+// loop would otherwise double past what 64 bits hold. Far beyond any track's
+// limit, and sums of a few such lengths stay far from overflow.
+constexpr std::int64_t kLengthCap = std::int64_t{1} << 40;
 // A number as written is quoted in a message up to this many digits.
 constexpr std::size_t kQuotedDigits = 12;
 
@@ -491,7 +495,7 @@ private:
                                          Num(part / 2));
             }
             part /= 2;
-            total += part;
+            total = std::min(total + part, kLengthCap);
         }
         return total;
     }
