@@ -3,10 +3,12 @@
 // the glossary's terms. Reads the sources themselves (ZORVI_SOURCE_DIR).
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -25,16 +27,41 @@ std::string ReadWhole(const fs::path& path) {
     return text.str();
 }
 
-// id -> text as it stands between the quotes of a STRINGTABLE line.
+// id -> text as it stands between the quotes of a STRINGTABLE line
+// (`  123, "text"`, a quote in the text doubled).
 std::map<int, std::string> Table(const char* name) {
-    static const std::regex entry(R"re(^\s*(\d+),\s*"((?:[^"]|"")*)"\s*\r?$)re");
     std::map<int, std::string> table;
     std::istringstream lines(ReadWhole(kSource / "res" / name));
     for (std::string line; std::getline(lines, line);) {
-        std::smatch match;
-        if (std::regex_match(line, match, entry)) table[std::stoi(match[1])] = match[2];
+        std::istringstream fields(line);
+        int id = 0;
+        char comma = 0;
+        char quote = 0;
+        if (!(fields >> id >> comma >> quote) || comma != ',' || quote != '"') continue;
+        std::string rest;
+        std::getline(fields, rest);
+        rest.erase(rest.find_last_not_of(" \t\r") + 1);
+        if (rest.empty() || rest.back() != '"') continue;
+        rest.pop_back();
+        bool quotesDoubled = true;
+        for (std::size_t at = 0; at < rest.size(); ++at) {
+            if (rest[at] == '"') quotesDoubled = quotesDoubled && rest[++at] == '"';
+        }
+        if (quotesDoubled) table[id] = rest;
     }
     return table;
+}
+
+// Every name that follows prefix in text (letters, digits and "_").
+std::vector<std::string> NamesAfter(const std::string& text, const std::string& prefix) {
+    std::vector<std::string> names;
+    for (auto at = text.find(prefix); at != text.npos; at = text.find(prefix, at)) {
+        at += prefix.size();
+        const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(),
+                                          [](unsigned char c) { return std::isalnum(c) || c == '_'; });
+        names.emplace_back(text.begin() + static_cast<std::ptrdiff_t>(at), end);
+    }
+    return names;
 }
 
 TEST(StringTable, EveryIdTheCodeLoadsHasBothTexts) {
@@ -47,19 +74,19 @@ TEST(StringTable, EveryIdTheCodeLoadsHasBothTexts) {
 
     // The names of string_ids.h, and every name the code uses from it.
     std::map<std::string, int> declared;
-    static const std::regex declaration(R"(constexpr int (k\w+)\s*=\s*(\d+);)");
     const std::string ids = ReadWhole(kSource / "res" / "string_ids.h");
-    for (std::sregex_iterator it(ids.begin(), ids.end(), declaration), end; it != end; ++it) {
-        declared[(*it)[1]] = std::stoi((*it)[2]);
+    std::istringstream declarations(ids);
+    for (std::string line; std::getline(declarations, line);) {
+        const std::vector<std::string> name = NamesAfter(line, "constexpr int k");
+        if (name.size() != 1) continue;
+        declared["k" + name[0]] = std::atoi(line.c_str() + line.find('=') + 1);
     }
     std::set<std::string> used;
-    static const std::regex use(R"(ids::(k\w+))");
     for (const auto& file : fs::recursive_directory_iterator(kSource)) {
         const auto extension = file.path().extension();
         if (extension != ".cpp" && extension != ".h") continue;
-        const std::string code = ReadWhole(file.path());
-        for (std::sregex_iterator it(code.begin(), code.end(), use), end; it != end; ++it) {
-            used.insert((*it)[1]);
+        for (const std::string& name : NamesAfter(ReadWhole(file.path()), "ids::k")) {
+            used.insert("k" + name);
         }
     }
     EXPECT_GT(used.size(), 20u);
@@ -80,20 +107,28 @@ TEST(StringTable, EveryIdTheCodeLoadsHasBothTexts) {
 TEST(StringTable, JapaneseTextsKeepToTheGlossary) {
     // Rows of glossary.md: | English | Japanese terms | forms not to use |.
     const std::string glossary = ReadWhole(kSource / "res" / "glossary.md");
-    static const std::regex row(R"(\n\|[^|\n]*\|([^|\n]*)\|([^|\n]*)\|)"), item("[^, ]+");
     const auto items = [](const std::string& cell) {
         std::vector<std::string> found;
-        for (std::sregex_iterator it(cell.begin(), cell.end(), item), end; it != end; ++it) {
-            if (!it->str().starts_with("-")) found.push_back(it->str());  // not the heading's rule
+        std::istringstream words(cell);
+        for (std::string word; std::getline(words, word, ',');) {
+            std::istringstream parts(word);
+            for (std::string part; parts >> part;) {
+                if (!part.starts_with("-")) found.push_back(part);  // not the heading's rule
+            }
         }
         return found;
     };
     const auto japanese = Table("strings_ja.rc");
     int forms = 0;
-    for (std::sregex_iterator it(glossary.begin(), glossary.end(), row), end; it != end; ++it) {
-        const auto terms = items((*it)[1]);
+    std::istringstream rows(glossary);
+    for (std::string line; std::getline(rows, line);) {
+        std::vector<std::string> cells;
+        std::istringstream split(line);
+        for (std::string cell; std::getline(split, cell, '|');) cells.push_back(cell);
+        if (!line.starts_with("|") || cells.size() < 4) continue;
+        const auto terms = items(cells[2]);
         if (terms.empty() || terms.front() == "Japanese") continue;
-        for (const auto& form : items((*it)[2])) {
+        for (const auto& form : items(cells[3])) {
             ++forms;
             for (const auto& [id, text] : japanese) {
                 // A form may be part of a term (フォルダ in フォルダー): terms go first.
