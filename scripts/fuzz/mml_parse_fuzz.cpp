@@ -4,7 +4,7 @@
 // each input takes well under a millisecond.
 //   cmake -S . -B build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DZORVI_FUZZ=ON -DZORVI_SANITIZE=ON
 //   cmake --build build/fuzz --target mml_parse_fuzz
-//   build/fuzz/tests/mml_parse_fuzz -max_total_time=60 CORPUS_FOLDER
+//   build/fuzz/mml_parse_fuzz -max_total_time=60 CORPUS_FOLDER
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
