@@ -83,8 +83,8 @@ bool frmZorvi::Create(HWND owner) {
     tmrTimer1.Attach(Handle(), kWatchTimerId);
     creating_ = true;
     dpi_ = static_cast<int>(Dpi());
+    // The controls get their font with the launcher's names (step 10).
     CreateControls();
-    ApplyFonts();
     mdlMain::WindowOpened();
 
     // 1. The watch timer: off, at the configured period.
@@ -159,29 +159,47 @@ void frmZorvi::CreateControls() {
     int parts[3] = {1, 2, -1};
     SendMessageW(statusBar_, SB_SETPARTS, 3, reinterpret_cast<LPARAM>(parts));
 
-    // Combo1: member 0 sits in the toolbar's launcher slot, member 1 stands free.
-    for (int member = 0; member < 2; ++member) {
-        const HWND parent = member == 0 ? toolbar_ : Handle();
-        combo_[member] = CreateWindowExW(
-            0, WC_COMBOBOXW, L"",
-            WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWN | CBS_AUTOHSCROLL,
-            0, 0, 100, 200, parent,
-            reinterpret_cast<HMENU>(static_cast<INT_PTR>(kComboId + member)), instance, nullptr);
-    }
+    // Combo1: member 0 sits in the toolbar's launcher slot, member 1 stands
+    // free. Only the one the saved layout shows is made now: a drop-down
+    // list is three windows, and the other waits until a layout shows it.
+    MakeCombo(NormalizeMode(ReadIniInt(keys::kMainMode, MainFile())) == 0 ? 0 : 1);
 
     // Key preview and double-clicks: every control reports to the window first.
-    const auto watch = [this](HWND control) {
-        if (control != nullptr) {
-            SetWindowSubclass(control, &frmZorvi::ChildProc, 1, reinterpret_cast<DWORD_PTR>(this));
-        }
-    };
-    watch(toolbar_);
-    watch(statusBar_);
-    for (const HWND combo : combo_) {
-        watch(combo);
-        COMBOBOXINFO info{};
-        info.cbSize = sizeof info;
-        if (GetComboBoxInfo(combo, &info)) watch(info.hwndItem);
+    WatchChild(toolbar_);
+    WatchChild(statusBar_);
+}
+
+void frmZorvi::WatchChild(HWND control) {
+    if (control != nullptr) {
+        SetWindowSubclass(control, &frmZorvi::ChildProc, 1, reinterpret_cast<DWORD_PTR>(this));
+    }
+}
+
+HWND frmZorvi::MakeCombo(int member) {
+    if (combo_[member] != nullptr) return combo_[member];
+    const HWND combo = CreateWindowExW(
+        0, WC_COMBOBOXW, L"",
+        WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWN | CBS_AUTOHSCROLL, 0,
+        0, 100, 200, member == 0 ? toolbar_ : Handle(),
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(kComboId + member)),
+        GetModuleHandleW(nullptr), nullptr);
+    if (combo == nullptr) return nullptr;
+    combo_[member] = combo;
+    WatchChild(combo);
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    if (GetComboBoxInfo(combo, &info)) WatchChild(info.hwndItem);
+    // A member made late gets what the other was given.
+    if (font_) SendMessageW(combo, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+    FillCombo(combo);
+    return combo;
+}
+
+void frmZorvi::FillCombo(HWND combo) const {
+    SendMessageW(combo, CB_RESETCONTENT, 0, 0);
+    for (std::size_t i = 0; i < launcher_.Count(); ++i) {
+        SendMessageW(combo, CB_ADDSTRING, 0,
+                     reinterpret_cast<LPARAM>(Widen(launcher_.Record(i).item).c_str()));
     }
 }
 
@@ -247,11 +265,7 @@ void frmZorvi::AddExternalProgram() {
     launcher_.Load(MainFile());
     ApplyFonts();
     for (const HWND combo : combo_) {
-        SendMessageW(combo, CB_RESETCONTENT, 0, 0);
-        for (std::size_t i = 0; i < launcher_.Count(); ++i) {
-            SendMessageW(combo, CB_ADDSTRING, 0,
-                         reinterpret_cast<LPARAM>(Widen(launcher_.Record(i).item).c_str()));
-        }
+        if (combo != nullptr) FillCombo(combo);
     }
 }
 
@@ -381,7 +395,7 @@ bool frmZorvi::CanUnload() {
 
 bool frmZorvi::IsComboPart(HWND window) const {
     for (const HWND combo : combo_) {
-        if (window == combo || GetParent(window) == combo) return true;
+        if (combo != nullptr && (window == combo || GetParent(window) == combo)) return true;
     }
     return false;
 }
@@ -403,7 +417,7 @@ void frmZorvi::Unload() {
 LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_SIZE:
-        OnSize(wParam);
+        OnSize(wParam, lParam);
         if (wParam == SIZE_MINIMIZED && !inTray_ && ReadIniFlag(keys::kTaskTray, MainFile())) {
             AddIcon();
         }

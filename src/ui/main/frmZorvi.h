@@ -199,6 +199,9 @@ private:
                                       UINT_PTR id, DWORD_PTR self) noexcept;
 
     void CreateControls();
+    void WatchChild(HWND control);
+    HWND MakeCombo(int member);  // the member, made (with its font and entries) when first needed
+    void FillCombo(HWND combo) const;
     void ApplyFonts();
     void PlaceFromSettings();
     void Layout();
@@ -237,7 +240,7 @@ private:
     bool CanUnload();
     void Unload();
     void SaveGeometry();
-    void OnSize(WPARAM kind);
+    void OnSize(WPARAM kind, LPARAM clientSize);
     void OnGetMinMaxInfo(MINMAXINFO& info);
     void OnDpiChanged(int dpi, const RECT& suggested);
     void DrawPlayerPanel(const DRAWITEMSTRUCT& item);
@@ -288,6 +291,7 @@ private:
     Placed placedTwips_, placedPixels_;
     int userHeight_ = 0;
     int knownHeight_ = 0;  // the last height seen in the normal state
+    LPARAM laidOutSize_ = -1;  // the client size of the last layout (as WM_SIZE gives it), or -1
     bool fitting_ = false;
     bool creating_ = false;  // Create has not finished: no layout yet
     int dpi_ = 96;

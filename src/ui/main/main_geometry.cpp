@@ -40,7 +40,9 @@ void frmZorvi::ApplyFonts() {
     UniqueFont font = CreateFontFor(metrics.lfMessageFont, shown);
     if (!font) return;
     for (const HWND control : {statusBar_, combo_[0], combo_[1]}) {
-        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+        if (control != nullptr) {
+            SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+        }
     }
     font_ = std::move(font);
 }
@@ -82,7 +84,8 @@ LayoutMetrics frmZorvi::MeasureLayout() const {
     GetWindowRect(Handle(), &window);
     GetWindowRect(toolbar_, &toolbar);
     GetWindowRect(statusBar_, &status);
-    GetWindowRect(combo_[1], &combo);
+    // The members share style and font, and so their height.
+    GetWindowRect(combo_[1] != nullptr ? combo_[1] : combo_[0], &combo);
     SendMessageW(toolbar_, TB_GETITEMRECT, kLauncher - 1, reinterpret_cast<LPARAM>(&launcher));
     LayoutMetrics metrics;
     metrics.clientWidth = Width(client);
@@ -105,12 +108,15 @@ int frmZorvi::MinClientHeight() const {
 void frmZorvi::Layout() {
     // While the window is being built every step would lay it out again:
     // it is laid out once, when it is complete.
+    laidOutSize_ = -1;
     if (toolbar_ == nullptr || statusBar_ == nullptr || creating_) return;
     // A window in the tray or on the taskbar has nothing to lay out.
     if (IsIconic(Handle())) return;
     RECT client{};
     GetClientRect(Handle(), &client);
+    laidOutSize_ = MAKELPARAM(Width(client), Height(client));
     SendMessageW(statusBar_, WM_SIZE, 0, 0);
+    MakeCombo(NormalizeMode(mode_) == 0 ? 0 : 1);
     // The launcher slot holds list member 0 in layout 0 only; elsewhere it
     // would leave a stray divider after the buttons.
     SendMessageW(toolbar_, TB_HIDEBUTTON, CommandOf(kLauncher),
@@ -130,6 +136,7 @@ void frmZorvi::Layout() {
     }
     const int dropHeight = metrics.comboHeight * kDropDownRows;
     const auto place = [&](HWND list, const ListPlacement& placement) {
+        if (list == nullptr) return;  // never shown yet
         RECT now{};
         GetWindowRect(list, &now);
         const int width = placement.width.value_or(Width(now));
@@ -166,6 +173,7 @@ void frmZorvi::ChangeLauncherPos() {
     // The list state moves to the member that is shown: the typed text when
     // nothing is selected, else the selected entry.
     const auto carry = [](HWND from, HWND to) {
+        if (from == nullptr || to == nullptr) return;
         const LRESULT selected = SendMessageW(from, CB_GETCURSEL, 0, 0);
         if (selected == CB_ERR) {
             const int length = GetWindowTextLengthW(from);
@@ -178,9 +186,9 @@ void frmZorvi::ChangeLauncherPos() {
         }
     };
     if (mode_ == 1) {
-        carry(combo_[0], combo_[1]);
+        carry(combo_[0], MakeCombo(1));
     } else if (mode_ == 0) {
-        carry(combo_[1], combo_[0]);
+        carry(combo_[1], MakeCombo(0));
     }
     Layout();
     FitHeightToLayout();
@@ -214,8 +222,9 @@ void frmZorvi::SaveGeometry() {
     write(keys::kMainMode, mode_);
 }
 
-void frmZorvi::OnSize(WPARAM kind) {
-    Layout();
+void frmZorvi::OnSize(WPARAM kind, LPARAM clientSize) {
+    // The first show sends the size once more: the layout made for it stands.
+    if (kind == SIZE_MINIMIZED || clientSize != laidOutSize_) Layout();
     if (kind != SIZE_RESTORED) return;
     RECT window{};
     GetWindowRect(Handle(), &window);
