@@ -3,6 +3,8 @@
 #include "ui/main/frmZorvi.h"
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 #include <vector>
 
 #include "core/mdlMain.h"
@@ -57,6 +59,69 @@ BITMAPINFOHEADER DibHeader(int width, int height, WORD bitCount) {
     return header;
 }
 
+// The 32-bit drawing of icon `id` that is exactly `pixels` square, read
+// straight from the resources into `icon` and `iconMask` (top-down rows, the
+// mask's rows whole DWORDs), as LoadImage would choose it; false when the
+// nearest drawing is of another size or kind, which only LoadImage can make.
+// Reading it costs no icon and no bitmaps.
+bool StoredIconBits(HINSTANCE instance, int id, int pixels, std::vector<std::uint32_t>& icon,
+                    std::vector<BYTE>& iconMask) {
+    const auto resource = [instance](int name, LPCWSTR type) -> std::pair<const BYTE*, DWORD> {
+        const HRSRC found = FindResourceW(instance, MAKEINTRESOURCEW(name), type);
+        const HGLOBAL loaded = found != nullptr ? LoadResource(instance, found) : nullptr;
+        if (loaded == nullptr) return {nullptr, 0};
+        return {static_cast<const BYTE*>(LockResource(loaded)), SizeofResource(instance, found)};
+    };
+    // The resource types are numbers, the same in either character set.
+    const auto [group, groupSize] = resource(id, reinterpret_cast<LPCWSTR>(RT_GROUP_ICON));
+    if (group == nullptr) return false;
+    const int chosen = LookupIconIdFromDirectoryEx(const_cast<BYTE*>(group), TRUE, pixels, pixels,
+                                                   LR_DEFAULTCOLOR);
+    const auto [bits, size] = resource(chosen, reinterpret_cast<LPCWSTR>(RT_ICON));
+    BITMAPINFOHEADER header{};
+    if (bits == nullptr || size < sizeof header) return false;
+    std::memcpy(&header, bits, sizeof header);
+    const auto side = static_cast<std::size_t>(pixels);
+    const std::size_t maskStride = (side + 31) / 32 * 4;
+    if (header.biSize != sizeof header || header.biWidth != pixels ||
+        header.biHeight != 2 * pixels || header.biBitCount != 32 ||
+        header.biCompression != BI_RGB || header.biClrUsed != 0 ||
+        size < sizeof header + side * side * 4 + side * maskStride) {
+        return false;
+    }
+    // Stored bottom-up: the colours, then the mask.
+    const BYTE* colorRows = bits + sizeof header;
+    const BYTE* maskRows = colorRows + side * side * 4;
+    for (std::size_t y = 0; y < side; ++y) {
+        const std::size_t stored = side - 1 - y;
+        std::memcpy(&icon[y * side], colorRows + stored * side * 4, side * 4);
+        std::memcpy(&iconMask[y * maskStride], maskRows + stored * maskStride, maskStride);
+    }
+    return true;
+}
+
+// The same through LoadImage, which also shrinks or widens a drawing of
+// another size or kind.
+bool LoadedIconBits(HDC screen, HINSTANCE instance, int id, int pixels,
+                    std::vector<std::uint32_t>& icon, std::vector<BYTE>& iconMask) {
+    const UniqueIcon loaded(static_cast<HICON>(
+        LoadImageW(instance, MAKEINTRESOURCEW(id), IMAGE_ICON, pixels, pixels, LR_DEFAULTCOLOR)));
+    ICONINFO info{};
+    if (!loaded || !GetIconInfo(loaded.get(), &info)) return false;
+    const UniqueBitmap iconColor(info.hbmColor), iconMaskBitmap(info.hbmMask);
+    BITMAPINFO iconFormat{};
+    iconFormat.bmiHeader = DibHeader(pixels, pixels, 32);
+    struct {
+        BITMAPINFOHEADER bmiHeader;
+        RGBQUAD bmiColors[2];
+    } maskFormat{DibHeader(pixels, pixels, 1), {}};
+    return iconColor &&
+           GetDIBits(screen, iconColor.get(), 0, static_cast<UINT>(pixels), icon.data(),
+                     &iconFormat, DIB_RGB_COLORS) == pixels &&
+           GetDIBits(screen, iconMaskBitmap.get(), 0, static_cast<UINT>(pixels), iconMask.data(),
+                     reinterpret_cast<BITMAPINFO*>(&maskFormat), DIB_RGB_COLORS) == pixels;
+}
+
 // All toolbar images side by side, as each image list takes them in one add:
 // the icons' own colours with their alpha as drawn (not premultiplied: the
 // list does that as it draws), their masks, and their greyed look. Added icon
@@ -85,12 +150,6 @@ ImageStrips MakeImageStrips(HINSTANCE instance, int pixels, int first, int count
     auto* const color = static_cast<std::uint32_t*>(colorBits);
     auto* const greyed = static_cast<std::uint32_t*>(greyedBits);
 
-    BITMAPINFO iconFormat{};
-    iconFormat.bmiHeader = DibHeader(pixels, pixels, 32);
-    struct {
-        BITMAPINFOHEADER bmiHeader;
-        RGBQUAD bmiColors[2];
-    } maskFormat{DibHeader(pixels, pixels, 1), {}};
     const auto side = static_cast<std::size_t>(pixels);
     const std::size_t iconMaskStride = (side + 31) / 32 * 4;  // DIB rows: whole DWORDs
     const std::size_t row = side * static_cast<std::size_t>(count);
@@ -101,18 +160,9 @@ ImageStrips MakeImageStrips(HINSTANCE instance, int pixels, int first, int count
     for (int image = 0; image < count; ++image) {
         // Each icon file holds drawings for several sizes: the nearest one is
         // taken rather than a 32-pixel drawing shrunk.
-        const UniqueIcon loaded(static_cast<HICON>(
-            LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP + first + image), IMAGE_ICON, pixels,
-                       pixels, LR_DEFAULTCOLOR)));
-        ICONINFO info{};
-        if (!loaded || !GetIconInfo(loaded.get(), &info)) return {};
-        const UniqueBitmap iconColor(info.hbmColor), iconMaskBitmap(info.hbmMask);
-        if (!iconColor ||
-            GetDIBits(screen.get(), iconColor.get(), 0, static_cast<UINT>(pixels), icon.data(),
-                      &iconFormat, DIB_RGB_COLORS) != pixels ||
-            GetDIBits(screen.get(), iconMaskBitmap.get(), 0, static_cast<UINT>(pixels),
-                      iconMask.data(), reinterpret_cast<BITMAPINFO*>(&maskFormat),
-                      DIB_RGB_COLORS) != pixels) {
+        const int id = IDI_APP + first + image;
+        if (!StoredIconBits(instance, id, pixels, icon, iconMask) &&
+            !LoadedIconBits(screen.get(), instance, id, pixels, icon, iconMask)) {
             return {};
         }
         for (std::size_t y = 0; y < side; ++y) {
