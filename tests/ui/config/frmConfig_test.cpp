@@ -72,7 +72,6 @@ protected:
         ReleaseConfigWindow();
         main.reset();
         SetInputBoxFunction(std::move(previousInput_));
-        mdlMain::SetTargetFile({});
     }
 
     frmConfig& Open(const std::string& settings, int page = 0) {

@@ -1,14 +1,19 @@
 // The main window's platform-free rules: history, key moves, placement, the
-// key map, the three layouts and status texts, and the watch decisions.
+// key map, the three layouts and status texts, the watch decisions, numbered
+// menu captions, the tray tip, the launch-error texts and the about window's
+// labels and help-file check.
 #include <gtest/gtest.h>
 
 #include <climits>
 
+#include "res/string_ids.h"
 #include "support/rows.h"
+#include "ui/dialogs/about_text.h"
 #include "ui/main/history.h"
 #include "ui/main/key_move.h"
 #include "ui/main/keymap.h"
 #include "ui/main/layout.h"
+#include "ui/main/menu_text.h"
 #include "ui/main/placement.h"
 #include "ui/main/watch.h"
 
@@ -219,6 +224,26 @@ TEST(Watch, ConfirmationTickAndTimer) {
     ExpectRows<std::tuple<bool, S, S>, std::pair<bool, bool>>(after, {
         {{true, "a", "a"}, {true, true}}, {{false, "a", "a"}, {true, false}},
         {{true, "a", "A"}, {false, true}}, {{false, "a", "b"}, {false, false}},
+    });
+}
+
+TEST(MenuText, CaptionsTipsErrorsAndAboutLabels) {
+    ExpectRows<std::tuple<int, S>, S>(NumberedMenuCaption, {
+        {{1, "Default"}, "&1 : Default"}, {{12, "R&B && Co"}, "&12 : R&&B &&&& Co"},
+    });
+    EXPECT_EQ(TrayTipText("Zorvi", "0.1", true, "a.mml"), "Zorvi v0.1 [ON]\r\na.mml");
+    EXPECT_EQ(TrayTipText("Zorvi", "0.1a", false, ""), "Zorvi v0.1a [OFF]\r\n");
+    ExpectRows<unsigned long, int>(LaunchErrorTextId, {
+        {2, ids::kFileNotFound}, {3, ids::kPathNotFound}, {8, ids::kOutOfMemory},
+        {14, ids::kOutOfMemory}, {126, ids::kDllNotFound}, {1157, ids::kDllNotFound},
+        {5, ids::kUnknownError}, {0, ids::kUnknownError},
+    });
+    EXPECT_EQ(VersionLabel({0, 14, 3}), "Version 0.14c");
+    EXPECT_EQ(BuildLabel("20041201"), "Build 20041201");
+    EXPECT_EQ(AboutCaption("Zorvi"), "Zorvi - About");
+    ExpectRows<S, bool>(LooksLikeHelpFile, {
+        {S("ITSF\3\0\0\0", 8), true}, {"ITSF", true}, {"", false}, {"<html>", false},
+        {"itsf", false},
     });
 }
 

@@ -17,13 +17,11 @@ using testing::WindowText;
 
 // A result window shown for the target piece.mml of a fresh folder, whose
 // log says "first", beside the main window (interactive) or in a command-line run.
-struct Result {
-    Result(bool interactive, const std::string& settings) {
+struct Result : testing::Session {
+    Result(bool interactive, const std::string& settings) : Session(settings) {
         EXPECT_FALSE(mdlMain::ShuttingDown()) << "a main window has closed before";
-        mdlMain::SetMainSettingsPath(folder / "Zorvi.ini");
         mdlMain::SetTargetFile(folder / "piece.mml");
         mdlMain::SetInteractiveMode(interactive);
-        folder.Write("Zorvi.ini", settings);
         folder.Write("piece.log", "first\n");
         EXPECT_TRUE(window.Create());
         window.ShowResult(0);
@@ -34,7 +32,6 @@ struct Result {
     }
     int Left() const { return GetWindowBoxTwips(window.Handle()).value_or(WindowBox{}).left; }
 
-    testing::TempFolder folder;
     frmResult window;
 };
 
@@ -56,7 +53,6 @@ TEST(ResultWindow, ShowsTheLogOfTheTargetWithItsVerdict) {
         {"second\n", true, true, L"first\r\n", "hidden"},
         {"second\n", false, true, L"first\r\n"},
         {nullptr, true, false, L"Zorvi:Generated 0 byte file.(Log file not found.)\r\n"},
-        {"second\n", true, false, made + L"second\r\n"},
         // UTF-8, else the log's code page when the system has it, else the system's.
         {"\xE3\x81\x82\r\n", true, false, made + L"\x3042\r\n"},
         {"\x82\xA0\x82\xA2\r\n", true, false, made + L"\x3042\x3044\r\n", "visible", "932"},
@@ -147,9 +143,7 @@ TEST(ResultWindow, KeysCloseBoxAndFocusHideOrCloseItAndKeepItsPlace) {
         if (c.moved != 0) {
             EXPECT_NEAR(result.Left(), left + c.moved, 15);
         }
-        EXPECT_EQ(GetPrivateProfileIntA("ResultWindow", "Left", 0,
-                                        mdlMain::MainSettingsPath().c_str()),
-                  c.saved ? left : 1440);
+        EXPECT_EQ(result.Setting("ResultWindow", "Left"), std::to_string(c.saved ? left : 1440));
         DestroyWindow(other);
     }
 }

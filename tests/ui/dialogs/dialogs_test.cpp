@@ -1,6 +1,9 @@
-// The about window in this process (labels, sizes, keys, language, closing),
-// and F1 and Ctrl+F1 of the main window.
+// The dialogs in this process: the about window (labels, sizes, keys,
+// language, closing), F1 and Ctrl+F1 of the main window, and the file dialog
+// wrapper's defaults and real dialogs answered from inside their modal loop.
 #include <gtest/gtest.h>
+
+#include <commdlg.h>
 
 #include <optional>
 
@@ -9,6 +12,7 @@
 #include "run/clsExecute.h"
 #include "support/wait.h"
 #include "ui/dialogs/about_text.h"
+#include "ui/dialogs/clsCommonDlg.h"
 #include "ui/dialogs/frmAbout.h"
 #include "ui/main/frmZorvi.h"
 #include "ui/main/key_move.h"
@@ -19,6 +23,8 @@
 namespace zorvi {
 namespace {
 
+using namespace std::string_literals;
+using testing::TypeFileName;
 using testing::Visible;
 using testing::WindowText;
 
@@ -122,8 +128,7 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
             bool opened;
         } cases[] = {
             {"no help file", std::nullopt, 0, false}, {"a help file", chm, 0, true},
-            {"an empty file", "", 0, false},          {"a page under its name", "<html>", 0, false},
-            {"Ctrl+F1", chm, kCtrlBit, false},
+            {"not a help file", "<html>", 0, false}, {"Ctrl+F1", chm, kCtrlBit, false},
         };
         for (const auto& c : cases) {
             SCOPED_TRACE(c.name);
@@ -143,6 +148,51 @@ TEST(AboutWindow, F1OpensTheHelpFileWhenThereIsOneCtrlF1AlwaysTheAboutWindow) {
     }
     DeleteFileA(help.c_str());
     mdlMain::SetAppTitle("Zorvi");
+}
+
+TEST(CommonDlg, ChosenCancelledOrTooLong) {
+    const clsCommonDlg defaults;
+    EXPECT_EQ(defaults.Filter(), "All Files (*.*)\0*.*\0"s);
+    EXPECT_EQ(defaults.DialogTitle, "Open File");
+    EXPECT_EQ(defaults.MaxFileSize, 255);
+    testing::TempFolder folder;
+    folder.Write("a.mml", "");
+    folder.Write("b.mml", "");
+    const auto cancel = [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); };
+    // Longer than any answer, and without a folder, which would be where the dialog opens.
+    const std::string proposed = "proposed" + std::string(150, '-') + ".mml";
+    const struct {
+        const char* name;
+        bool cancelError;
+        std::int32_t maxFileSize;
+        DWORD flags;
+        std::function<void(HWND)> answer;
+        std::string fileName;
+        bool cancelled;
+    } cases[] = {
+        {"cancel reported", true, 255, 0, cancel, "", true},
+        {"cancel silent: the proposal stays", false, 255, 0, cancel, proposed, false},
+        // The longer proposal must not trail after it.
+        {"chosen", true, 255, 0, TypeFileName("a.mml"), folder / "a.mml", false},
+        {"two chosen: the folder and the names", true, 255, OFN_ALLOWMULTISELECT | OFN_EXPLORER,
+         TypeFileName("\"a.mml\" \"b.mml\""), folder.Path() + "\0a.mml\0b.mml"s, false},
+        // The chosen path does not fit: it is not returned.
+        {"too long for the buffer", true, 8, 0, TypeFileName("a.mml"), "", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        clsCommonDlg dialog;
+        dialog.SetFilter("MML File (*.mml)|*.mml");
+        dialog.InitDir = folder.Path();
+        dialog.FileName = proposed;
+        dialog.CancelError = c.cancelError;
+        dialog.MaxFileSize = c.maxFileSize;
+        dialog.Flags = c.flags;
+        EXPECT_TRUE(testing::AnswerModal(L"#32770", [&] { dialog.ShowOpen(); }, c.answer));
+        EXPECT_EQ(dialog.CancelButton, c.cancelled);
+        EXPECT_EQ(dialog.ErrNumber, 0u);
+        EXPECT_EQ(dialog.FileName, c.fileName);
+    }
 }
 
 }  // namespace
