@@ -510,6 +510,15 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     EXPECT_EQ(zorvi.boxes[0].rfind(L"File not found.\r\n", 0), 0u) << zorvi.boxes[0];
     EXPECT_EQ(LaunchedPrograms().size(), launched);
 
+    // The free-standing list, made when a layout first shows it, has the same
+    // entries in the same font.
+    window.NextLayout();
+    const HWND free = window.Combo1(1);
+    EXPECT_EQ(SendMessageW(free, CB_GETCOUNT, 0, 0), 3);
+    EXPECT_EQ(SendMessageW(free, WM_GETFONT, 0, 0), SendMessageW(list, WM_GETFONT, 0, 0));
+    window.NextLayout();
+    window.NextLayout();
+
     // Only the record marked to end with Zorvi is ended.
     enterOn(1);
     const std::size_t hanging = *window.Launcher().LastLaunch(1);
