@@ -1,8 +1,8 @@
-// The real zorvi.exe on the users' roads: the command line's compile and log,
-// in Japanese, and a session of the main window: started with a file, a
-// second start, watch mode compiling on a save, the configuration window, F5,
-// and closing. The stand-in compiler, run by Wine's own cmd.exe from
-// Zorvi.bat, takes its orders from the song's first lines.
+// The real zorvi.exe in one session of its main window: started with a file,
+// a second start, watch mode compiling on a safe save, the configuration
+// window, F5, a hanging compile stopped by Esc and by closing. The stand-in
+// compiler, run by Wine's own cmd.exe from Zorvi.bat, takes its orders from
+// the song's first lines.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -16,90 +16,41 @@
 namespace zorvi::testing {
 namespace {
 
-// Zorvi.ini making configuration "chain" active, with a player list to be
-// cleaned, and cfg\chain.ini: the stand-in compiler beside the tests writes
-// song.out and song.log; the player is one of the stand-ins.
-void WriteChain(const Installation& zorvi, const std::string& options = {},
-                const std::string& player = "zplayer.exe", char detectError = '1') {
-    zorvi.Write("Zorvi.ini", "[Setting]\r\nDefault=chain\r\n[PlayerList]\r\nItemCount=1\r\n"
-                             "Item1=C:\\gone.exe\r\n[Option]\r\n" + options);
-    CreateDirectoryA((zorvi / "cfg").c_str(), nullptr);
-    zorvi.Write("cfg\\chain.ini",
-                "[Configure]\r\nConsole=" + BesideTestProgram("zcompiler.exe") +
-                    "\r\nExtension=out\r\nPlayer=" + BesideTestProgram(player) +
-                    "\r\n[Option]\r\nUseCUI=1\r\nCUIWindowState=2\r\nUseGUI=1\r\nDetectError=" +
-                    detectError + "\r\n[Script]\r\nLine=1\r\n"
-                    "Line1=\"$pp$zcompiler.exe\" $fp$$fn$ $fp$$fn2$.out $fp$$fn2$.log\r\n");
-}
-
-TEST(Roads, TheCommandLine) {
-    const std::wstring rule = L"\r\n" + std::wstring(78, L'-') + L"\r\n";
-    const struct {
-        const char* name;
-        std::string arguments, orders;
-        std::wstring shown;  // the log window's text, or a box's "caption|text"
-        int button;          // that answers the box
-        bool compiled;
-    } cases[] = {
-        {"compile, failing", "-compilenow song.mml", "output=none\r\nlog=E1 bad\r\n",
-         L"Zorvi:コンパイルエラーを検出しました。" + rule + L"E1 bad\r\n", 0, false},
-        {"compile, showing the log", "-compilenow -showlog song.mml", "log=fine\r\n",
-         L"fine\r\n", 0, true},
-        {"the log alone", "-showlog song.mml", "", L"Zorvi:ログファイルが見つかりません。\r\n", 0,
-         false},
-        {"no such preset: declined", "-preset=gone -compilenow song.mml", "",
-         L"Zorvi - Check|gone.ini が見つかりません。既定の設定で実行しますか？", IDNO, false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Installation zorvi;
-        WriteChain(zorvi);
-        // The language is read from the settings whatever the road.
-        const std::string settings = zorvi / "Zorvi.ini";
-        WritePrivateProfileStringA("Setting", "Language", "Japanese", settings.c_str());
-        zorvi.Write("song.mml", c.orders + "o4 c\r\n");
-        Running run(zorvi, c.arguments);
-        if (c.button != 0) {
-            const HWND box = run.WaitForWindow(L"#32770");
-            ASSERT_NE(box, nullptr);
-            EXPECT_EQ(WindowText(box) + L"|" + MessageBoxText(box), c.shown);
-            PressButton(box, c.button);
-        } else {
-            // Whatever its text; closing the log window ends the run.
-            const HWND text = run.WaitForLogBox({});
-            ASSERT_NE(text, nullptr);
-            EXPECT_EQ(WindowText(text), c.shown);
-            PostMessageW(GetParent(text), WM_CLOSE, 0, 0);
-        }
-        EXPECT_EQ(run.WaitForExit(), std::optional<DWORD>(0));
-        EXPECT_EQ(zorvi.Read("song.out").empty(), !c.compiled);
-        // Only the main window's start rebuilds the player list.
-        EXPECT_EQ(zorvi.Setting("PlayerList", "Item1"), "C:\\gone.exe");
-    }
-}
-
-// One session of the main window: started with a file, brought forward by a
-// second start, compiling on a save, its compiler changed with F8 and compiling
-// with it on F5, each compile followed by the player, which closing the window ends.
+// Each compile is followed by the player, which closing the window ends.
 TEST(Roads, TheMainWindow) {
     Installation zorvi;
-    // The stand-in compiler plays too: the "generated file" tells it to say
-    // its id and run on. The output is kept as it was, and not judged.
-    WriteChain(zorvi, "AutoWatch=1\r\nTimerInterval=50\r\nAutoShutDown=1\r\n", "zcompiler.exe",
-               '0');
-    zorvi.Write("Song.MML", "output=keep\r\nargs=" + (zorvi / "compiles.txt") + "\r\no4 c\r\n");
+    // Configuration "chain", with a player list to be cleaned: the stand-in
+    // compiler beside the tests writes song.out and song.log, and plays too:
+    // the "generated file" tells it to say its id and run on. The output is
+    // kept as it was, and not judged.
+    zorvi.Write("Zorvi.ini", "[Setting]\r\nDefault=chain\r\n[PlayerList]\r\nItemCount=1\r\n"
+                             "Item1=C:\\gone.exe\r\n[Option]\r\nAutoWatch=1\r\nTimerInterval=50\r\n"
+                             "AutoShutDown=1\r\n");
+    CreateDirectoryA((zorvi / "cfg").c_str(), nullptr);
+    const std::string standIn = BesideTestProgram("zcompiler.exe");
+    zorvi.Write("cfg\\chain.ini",
+                "[Configure]\r\nConsole=" + standIn + "\r\nExtension=out\r\nPlayer=" + standIn +
+                    "\r\n[Option]\r\nUseCUI=1\r\nCUIWindowState=2\r\nUseGUI=1\r\nDetectError=0\r\n"
+                    "[Script]\r\nLine=1\r\n"
+                    "Line1=\"$pp$zcompiler.exe\" $fp$$fn$ $fp$$fn2$.out $fp$$fn2$.log\r\n");
     zorvi.Write("Song.out", "pid=" + (zorvi / "player.pid") + "\r\noutput=keep\r\nhang=1\r\n");
-    // Every compile appends a record of its start; its player writes the pid file anew.
-    const auto compiledAndPlayed = [&](int compiles) {
-        return Starts(zorvi.Read("compiles.txt")) == compiles &&
-               zorvi.Read("player.pid").ends_with("\r\n");
+    // Each version of the song has its compiles recorded in a file of its own.
+    const auto version = [&](const char* record, const std::string& orders = "") {
+        return "output=keep\r\nargs=" + (zorvi / record) + "\r\n" + orders + "o4 c\r\n";
     };
+    const auto starts = [&](const char* record) { return Starts(zorvi.Read(record)); };
+    // Every compile is followed by its player, which writes the pid file anew;
+    // the players are held until the end.
     std::vector<UniqueHandle> players;
-    const auto holdPlayer = [&] {
+    const auto compiledAndPlayed = [&](int compiles) {
+        if (starts("atomic.txt") != compiles || !zorvi.Read("player.pid").ends_with("\r\n")) {
+            return false;
+        }
         const auto id = static_cast<DWORD>(std::stoul(zorvi.Read("player.pid")));
         players.emplace_back(OpenProcess(SYNCHRONIZE | PROCESS_TERMINATE, FALSE, id));
-        DeleteFileA((zorvi / "player.pid").c_str());
+        return DeleteFileA((zorvi / "player.pid").c_str()) != FALSE;
     };
+    zorvi.Write("Song.MML", version("before.txt"));
     Running run(zorvi, "song.mml");
     const HWND main = run.WaitForWindow(L"ZorviMain");
     ASSERT_NE(main, nullptr);
@@ -113,21 +64,25 @@ TEST(Roads, TheMainWindow) {
     EXPECT_TRUE(WaitUntil([&] { return IsIconic(main) == FALSE; })) << "not brought forward";
     // A command-line compile is refused meanwhile.
     const Running refused(zorvi, "-compilenow song.mml");
-    const HWND box = refused.WaitForWindow(L"#32770");
+    HWND box = refused.WaitForWindow(L"#32770");
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(MessageBoxText(box), L"Zorvi has already started. Cannot execute from command mode.");
     PressButton(box, IDOK);
     EXPECT_EQ(refused.WaitForExit(), std::optional<DWORD>(0));
 
-    Touch(zorvi / "Song.MML");
+    // Editors that save safely write a new file, delete the target and rename
+    // the new file to it: watching compiles that once and goes on.
+    zorvi.Write("Song.MML.tmp", version("atomic.txt"));
+    Touch(zorvi / "Song.MML.tmp");
+    ASSERT_TRUE(DeleteFileA((zorvi / "Song.MML").c_str()));
+    ASSERT_TRUE(MoveFileA((zorvi / "Song.MML.tmp").c_str(), (zorvi / "Song.MML").c_str()));
     ASSERT_TRUE(WaitUntil([&] { return compiledAndPlayed(1); })) << "no compile on the save";
-    holdPlayer();
 
     // A compiler typed into the configuration window's field, which sits on
     // one of its pages, is saved with Enter, as in any dialog.
     CreateDirectoryA((zorvi / "new").c_str(), nullptr);
     const std::string newCompiler = zorvi / "new\\zcompiler.exe";
-    ASSERT_TRUE(CopyFileA(BesideTestProgram("zcompiler.exe").c_str(), newCompiler.c_str(), FALSE));
+    ASSERT_TRUE(CopyFileA(standIn.c_str(), newCompiler.c_str(), FALSE));
     PostMessageW(main, WM_KEYDOWN, VK_F8, 0);
     const HWND config = run.WaitForWindow(L"ZorviConfig");
     HWND console = nullptr;
@@ -141,28 +96,51 @@ TEST(Roads, TheMainWindow) {
     ASSERT_TRUE(WaitUntil([&] { return !IsWindow(config); }));
     PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
     ASSERT_TRUE(WaitUntil([&] { return compiledAndPlayed(2); })) << "no compile on F5";
-    holdPlayer();
     std::vector<std::string> commands;
-    for (const auto& [key, value] : KeyValueLines(zorvi.Read("compiles.txt"))) {
+    for (const auto& [key, value] : KeyValueLines(zorvi.Read("atomic.txt"))) {
         if (key == "cmdline") commands.push_back(value);
     }
     ASSERT_EQ(commands.size(), 2u);
     EXPECT_EQ(commands[0].find("\\new\\zcompiler.exe"), std::string::npos) << commands[0];
     EXPECT_NE(commands[1].find("\\new\\zcompiler.exe"), std::string::npos) << commands[1];
 
-    // The main window refuses to close while a compile runs: asked until it goes.
-    WaitUntil([&] {
-        PostMessageW(main, WM_CLOSE, 0, 0);
-        return run.WaitForExit(100ms).has_value();
-    });
-    EXPECT_EQ(run.WaitForExit(), std::optional<DWORD>(0));
+    // A compiler that hangs is ended by Esc, and by closing the window after one question.
+    const std::string hang = "pid=" + (zorvi / "pid.txt") + "\r\nlog=started\r\nhang=1\r\n";
+    zorvi.Write("Song.MML", version("hang.txt", hang));
+    Touch(zorvi / "Song.MML");
+    ASSERT_TRUE(WaitUntil([&] { return zorvi.Read("pid.txt").ends_with("\r\n"); }))
+        << "no longer watching";
+    // The stand-in writes its id before its log line: stop it once both are there.
+    ASSERT_TRUE(WaitUntil([&] { return zorvi.Read("Song.log").starts_with("started"); }));
+    const DWORD compilerId = static_cast<DWORD>(std::stoul(zorvi.Read("pid.txt")));
+    const UniqueHandle compiler(OpenProcess(SYNCHRONIZE, FALSE, compilerId));
+    ASSERT_TRUE(compiler);
+    PostMessageW(main, WM_KEYDOWN, VK_ESCAPE, 0);
+    EXPECT_EQ(WaitForSingleObject(compiler.get(), 15000), WAIT_OBJECT_0);
+    // The verdict says why, above the log written so far.
+    const HWND text = run.WaitForLogBox(L"started");
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(WindowText(text).find(L"Zorvi:Compiling was stopped."), 0u);
+    PostMessageW(main, WM_KEYDOWN, VK_F5, 0);
+    ASSERT_TRUE(WaitUntil([&] { return starts("hang.txt") == 2; })) << "no compile on F5";
+    PostMessageW(main, WM_CLOSE, 0, 0);
+    ASSERT_TRUE(WaitUntil([&] { return (box = FindWindowW(L"#32770", L"Zorvi - Check")); }));
+    // Asked again while the question is open, the window answers at once
+    // instead of opening a second question inside the first.
+    DWORD_PTR answer = 0;
+    EXPECT_NE(SendMessageTimeoutW(main, WM_CLOSE, 0, 0, SMTO_NORMAL, 5000, &answer), 0);
+    PressButton(box, IDYES);
+    EXPECT_EQ(run.WaitForExit(20s), std::optional<DWORD>(0));
     for (const UniqueHandle& player : players) {
         EXPECT_EQ(WaitForSingleObject(player.get(), 5000), static_cast<DWORD>(WAIT_OBJECT_0));
         TerminateProcess(player.get(), 1);
     }
+    EXPECT_EQ(starts("before.txt"), 0);
+    EXPECT_EQ(starts("atomic.txt"), 2);
+    EXPECT_EQ(starts("hang.txt"), 2);
     EXPECT_EQ(zorvi.Setting("Main", "Width"), "4410");
     // The window's start cleans the player list and adds the configuration's player.
-    EXPECT_EQ(zorvi.Setting("PlayerList", "Item1"), BesideTestProgram("zcompiler.exe"));
+    EXPECT_EQ(zorvi.Setting("PlayerList", "Item1"), standIn);
 }
 
 }  // namespace

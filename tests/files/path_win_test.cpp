@@ -61,6 +61,10 @@ TEST(PathWin, RealFilesAndTheirNames) {
         EXPECT_FALSE(Has(shortPath, ' ')) << shortPath;
         EXPECT_EQ(GetLongPath(shortPath), c.longPath);
     }
+    // A device answers like a file, with any extension, in any folder: it is no file.
+    for (const char* device : {"CON.mml", "My Long Folder\\aux.mml"}) {
+        EXPECT_FALSE(FileExists(folder / device)) << device;
+    }
     EXPECT_EQ(UnquotePath("\"C:\\My Songs\\a.mml\""), "C:\\My Songs\\a.mml");
     EXPECT_EQ(UnquotePath("\"a\" b"), "\"a\" b");  // only quotes around the whole text go
 }
