@@ -14,19 +14,6 @@
 namespace zorvi::testing {
 namespace {
 
-// A double click at the start of the text box's line that holds part.
-void DoubleClickLineOf(HWND box, const std::wstring& part) {
-    const auto at = WindowText(box).find(part);
-    const auto line = SendMessageW(box, EM_LINEFROMCHAR, at, 0);
-    const auto start = SendMessageW(box, EM_LINEINDEX, static_cast<WPARAM>(line), 0);
-    const auto point = static_cast<DWORD>(SendMessageW(box, EM_POSFROMCHAR, start, 0));
-    const LPARAM where = MAKELPARAM(LOWORD(point) + 2, HIWORD(point) + 2);
-    PostMessageW(box, WM_LBUTTONDOWN, MK_LBUTTON, where);
-    PostMessageW(box, WM_LBUTTONUP, 0, where);
-    PostMessageW(box, WM_LBUTTONDBLCLK, MK_LBUTTON, where);
-    PostMessageW(box, WM_LBUTTONUP, 0, where);
-}
-
 TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
     Installation installation;
     std::filesystem::copy(BesideTestProgram("..\\package"), installation.Path(),
@@ -64,7 +51,15 @@ TEST(Package, ExamplesCompileOutOfTheBoxAndAnErrorOpensItsLine) {
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(WindowText(box).rfind(L"Zorvi:Detect compiling error.\r\n", 0), 0u);
 
-    DoubleClickLineOf(box, L"broken.mml(9,23)");
+    // A double click at the start of the error's line.
+    const auto at = WindowText(box).find(L"broken.mml(9,23)");
+    const auto line = SendMessageW(box, EM_LINEFROMCHAR, at, 0);
+    const auto start = SendMessageW(box, EM_LINEINDEX, static_cast<WPARAM>(line), 0);
+    const auto point = static_cast<DWORD>(SendMessageW(box, EM_POSFROMCHAR, start, 0));
+    const LPARAM where = MAKELPARAM(LOWORD(point) + 2, HIWORD(point) + 2);
+    for (const UINT message : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP}) {
+        PostMessageW(box, message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, where);
+    }
     ASSERT_TRUE(WaitUntil([&] {
         return installation.Read("editor.txt").find("\r\narg2=") != std::string::npos;
     }));

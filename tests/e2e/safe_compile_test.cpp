@@ -70,7 +70,8 @@ void ExpectTheRun(const CommandLineRun& c) {
     const std::string target = folder + "\\" + file;
     const std::string song = "args=" + (base / "args.txt") + "\r\n" + c.orders + "o4 c\r\n";
     base.Write(home + file, song);
-    const Running run(folder, c.switches + " " + (c.given.empty() ? "\"" + target + "\"" : c.given));
+    const std::string given = c.given.empty() ? "\"" + target + "\"" : c.given;
+    const Running run(folder, c.switches + " " + given);
     if (c.button != 0) {
         const HWND box = run.WaitForWindow(L"#32770");
         ASSERT_NE(box, nullptr);
@@ -148,8 +149,9 @@ TEST(ShiftJis, DoubleByteNamesReachTheCompilerAndTheCaption) {
     }
     if (GetACP() != 932) GTEST_SKIP() << "needs code page 932; runs in the cp932 registration";
     // 表ソ\ポタ表.mml, and ソ 表\タ ポ.mml through short names.
-    ExpectTheRun({.name = "", .program = "\x95\x5c\x83\x5c", .file = "\x83\x7c\x83\x5e\x95\x5c.mml"});
-    ExpectTheRun({.name = "", .program = "\x83\x5c \x95\x5c", .file = "\x83\x5e \x83\x7c.mml"});
+    ExpectTheRun({.name = "1", .program = "\x95\x5c\x83\x5c",
+                  .file = "\x83\x7c\x83\x5e\x95\x5c.mml"});
+    ExpectTheRun({.name = "2", .program = "\x83\x5c \x95\x5c", .file = "\x83\x5e \x83\x7c.mml"});
     // Given as typed, relative to the folder Zorvi starts in and the extension
     // in upper case, the target is named in its case on disk, without its folder.
     Installation zorvi;
