@@ -18,6 +18,7 @@
 namespace zorvi::testing {
 namespace {
 
+// The path in its long form, as the platform gives it: short names and case undone.
 std::string LongForm(const std::string& path) {
     char buffer[1024] = {};
     const DWORD length = GetLongPathNameA(path.c_str(), buffer, sizeof buffer);

@@ -30,7 +30,6 @@ TEST(PathWin, RealFilesAndTheirNames) {
     folder.Write("My Long Folder\\my song file.mml", "");
     folder.Write("short.mml", "");
     const std::string base = GetLongPath(folder.Path());
-    ASSERT_EQ(base.substr(0, 2), "C:");
     const struct {
         std::string path;
         bool isFolder, isFile;
