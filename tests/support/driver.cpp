@@ -65,11 +65,11 @@ HWND Running::WaitForWindow(const wchar_t* windowClass, std::chrono::millisecond
     return found;
 }
 
-HWND Running::WaitForLogBox(const std::wstring& part) const {
-    const HWND window = WaitForWindow(L"ZorviResult");
+HWND Running::WaitForLogBox(const std::wstring& part, std::chrono::milliseconds limit) const {
+    const HWND window = WaitForWindow(L"ZorviResult", limit);
     const HWND box = window != nullptr ? FindWindowExW(window, nullptr, L"Edit", nullptr) : nullptr;
     const auto holds = [&] { return WindowText(box).find(part) != std::wstring::npos; };
-    return box != nullptr && WaitUntil(holds) ? box : nullptr;
+    return box != nullptr && WaitUntil(holds, limit) ? box : nullptr;
 }
 
 int Starts(const std::string& record) {

@@ -34,7 +34,7 @@ public:
     // A visible top-level window of this process with the class ("#32770": a message box).
     HWND WaitForWindow(const wchar_t* windowClass, std::chrono::milliseconds limit = 15s) const;
     // The text box of the log window, once that shows with part in its text.
-    HWND WaitForLogBox(const std::wstring& part) const;
+    HWND WaitForLogBox(const std::wstring& part, std::chrono::milliseconds limit = 15s) const;
 
 private:
     HANDLE process_ = nullptr;
