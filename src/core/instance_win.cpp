@@ -30,10 +30,36 @@ HWND& ApplicationWindowSlot() {
     return window;
 }
 
+// The window of a running instance to bring forward: the one its application
+// window last saw active, else the one that stands on the taskbar for it.
+// The main window gets its owner only once it shows, so until it is active
+// again its owner has no record of it.
+HWND WindowToActivate(HWND application) {
+    const HWND last = GetLastActivePopup(application);
+    if (last != nullptr && last != application) return last;
+    struct Search {
+        HWND owner;
+        HWND found;
+    } search{application, nullptr};
+    EnumWindows(
+        [](HWND window, LPARAM data) -> BOOL {
+            auto& wanted = *reinterpret_cast<Search*>(data);
+            if (GetWindow(window, GW_OWNER) != wanted.owner ||
+                (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_APPWINDOW) == 0) {
+                return TRUE;
+            }
+            wanted.found = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 void ActivatePreviousInstance(const std::string& title) {
     const HWND previous = FindWindowW(kApplicationClass, Widen(title).c_str());
     if (previous == nullptr) return;
-    const HWND popup = GetLastActivePopup(previous);
+    const HWND popup = WindowToActivate(previous);
+    if (popup == nullptr) return;
     SetForegroundWindow(popup);
     ShowWindow(popup, SW_RESTORE);
 }

@@ -91,7 +91,7 @@ void RunWindowMode(const CommandLine& args) {
     settings::RebuildEditorList(MainSettingsPath());
     auto& window = MainWindow();
     window = std::make_unique<frmZorvi>();
-    if (!window->Create(ApplicationWindow())) {
+    if (!window->Create(nullptr)) {
         window.reset();
         return;
     }
@@ -100,6 +100,11 @@ void RunWindowMode(const CommandLine& args) {
     // owned by the main window, the about window stays in front of it.
     window->SetAboutCommand([owner = window->Handle()](int) { AboutWindow(owner).ShowAbout(); });
     window->Start(args.file);
+    // The hidden application window, by which a later start finds this one,
+    // owns the main window from here on: made once the main window shows,
+    // it does not hold up the start.
+    SetWindowLongPtrW(window->Handle(), GWLP_HWNDPARENT,
+                      reinterpret_cast<LONG_PTR>(ApplicationWindow()));
     // "-play" in window mode plays with the active configuration.
     if (args.play) CMD_DoPlay({}, window->Handle());
 }

@@ -69,8 +69,8 @@ bool frmZorvi::Create(HWND owner) {
     bigIcon_.reset(static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP), IMAGE_ICON,
                                                  GetSystemMetrics(SM_CXICON),
                                                  GetSystemMetrics(SM_CYICON), LR_DEFAULTCOLOR)));
-    // WS_EX_APPWINDOW: owned by the hidden application window, yet with a
-    // taskbar button of its own. Created at the default place and size, so
+    // WS_EX_APPWINDOW: owned by the hidden application window (the owner
+    // given, or one set once it shows), yet with a taskbar button of its own. Created at the default place and size, so
     // that settings that cannot be applied leave it where it can be seen.
     if (!CreateNative(WS_EX_APPWINDOW | WS_EX_ACCEPTFILES, Caption({}).c_str(),
                       WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0,
