@@ -73,12 +73,21 @@ public:
     void Error(Position at, std::string text) { Add(Severity::Error, at, std::move(text)); }
     void Warning(Position at, std::string text) { Add(Severity::Warning, at, std::move(text)); }
     bool Stopped() const { return result_.stoppedEarly; }
+    // A diagnostic a loop gives again is dropped, but what it took counts as
+    // bytes read again: loops of bad bytes would otherwise spend the whole
+    // budget on messages, seconds of them.
+    void ChargeRepeatsTo(std::uint64_t& work) { repeatWork_ = &work; }
 
 private:
+    static constexpr std::uint64_t kRepeatCost = 256;
+
     void Add(Severity severity, Position at, std::string text) {
         if (result_.stoppedEarly) return;
         auto key = std::make_tuple(at.line, at.column, severity, std::move(text));
-        if (seen_.contains(key)) return;
+        if (seen_.contains(key)) {
+            if (repeatWork_ != nullptr) *repeatWork_ += kRepeatCost;
+            return;
+        }
         if (severity == Severity::Error) {
             if (result_.errorCount >= limits_.maxErrors) {
                 result_.stoppedEarly = true;
@@ -96,6 +105,7 @@ private:
     const Limits& limits_;
     ParseResult& result_;
     std::set<std::tuple<int, int, Severity, std::string>> seen_;
+    std::uint64_t* repeatWork_ = nullptr;
 };
 
 // Where reading stands: enough to come back to it for the next pass of a loop.
@@ -637,6 +647,7 @@ ParseResult ParseMml(std::string_view source, const Limits& limits) {
     const std::size_t start = source.starts_with("\xEF\xBB\xBF") ? 3 : 0;
 
     std::uint64_t work = 0;
+    report.ChargeRepeatsTo(work);
     const Survey survey = SurveySource(source, start, work, report);
     result.song.title = survey.title;
 

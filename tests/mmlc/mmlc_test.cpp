@@ -160,6 +160,9 @@ TEST(MmlParse, EveryFaultIsReportedAtItsPlace) {
         {{"A [[r1]255]255", true}, {"1:3 error: the track is longer than 100000 ticks"}},
         {{"A [[[o4]255]255]255", true},
          {"1:3 error: the loops repeat too much: more than 1000 bytes to read again"}},
+        {{"A [[x]9]9", true},  // a message given again costs what it took to make
+         {"1:3 error: the loops repeat too much: more than 1000 bytes to read again",
+          "1:5 error: unknown command 'x'"}},
         {{"A xxxxx", true},
          {"1:3 error: unknown command 'x'", "1:4 error: unknown command 'x'",
           "1:5 error: unknown command 'x'"}},
