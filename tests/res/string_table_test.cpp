@@ -57,9 +57,10 @@ std::vector<std::string> NamesAfter(const std::string& text, const std::string& 
     std::vector<std::string> names;
     for (auto at = text.find(prefix); at != text.npos; at = text.find(prefix, at)) {
         at += prefix.size();
-        const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(),
-                                          [](unsigned char c) { return std::isalnum(c) || c == '_'; });
-        names.emplace_back(text.begin() + static_cast<std::ptrdiff_t>(at), end);
+        const auto begin = text.begin() + static_cast<std::ptrdiff_t>(at);
+        const auto end = std::find_if_not(
+            begin, text.end(), [](unsigned char c) { return std::isalnum(c) || c == '_'; });
+        names.emplace_back(begin, end);
     }
     return names;
 }

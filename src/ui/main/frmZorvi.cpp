@@ -70,8 +70,9 @@ bool frmZorvi::Create(HWND owner) {
                                                  GetSystemMetrics(SM_CXICON),
                                                  GetSystemMetrics(SM_CYICON), LR_DEFAULTCOLOR)));
     // WS_EX_APPWINDOW: owned by the hidden application window (the owner
-    // given, or one set once it shows), yet with a taskbar button of its own. Created at the default place and size, so
-    // that settings that cannot be applied leave it where it can be seen.
+    // given, or one set once it shows), yet with a taskbar button of its
+    // own. Created at the default place and size, so that settings that
+    // cannot be applied leave it where it can be seen.
     if (!CreateNative(WS_EX_APPWINDOW | WS_EX_ACCEPTFILES, Caption({}).c_str(),
                       WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0,
                       TwipsToPixels(keys::kMainWidth.fallback, screen.x),
