@@ -39,7 +39,7 @@ protected:
     // Registers the class on first use and creates the window with this object
     // attached; the derived class names its class with a static ClassName().
     bool CreateNative(DWORD exStyle, const wchar_t* caption, DWORD style, int x, int y, int width,
-                      int height, HWND owner, HICON icon = nullptr) {
+                      int height, HWND owner, HICON icon = nullptr, HICON smallIcon = nullptr) {
         // The common controls are loaded with the first window that may hold
         // them, so a run that shows none never loads them.
         static const bool controlsReady = [] {
@@ -57,7 +57,7 @@ protected:
             windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
             windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
             windowClass.hIcon = icon;
-            windowClass.hIconSm = icon;
+            windowClass.hIconSm = smallIcon != nullptr ? smallIcon : icon;
             windowClass.lpszClassName = Derived::ClassName();
             if (RegisterClassExW(&windowClass) == 0) return false;
         }

@@ -53,6 +53,27 @@ std::string FirstBytes(const std::string& path) {
     return std::string(bytes, got);
 }
 
+// The main window's icons, loaded once: its class shows them, and a class
+// outlives any one window of it. Given to the class rather than sent to the
+// window, they reach the title bar and the taskbar in one step.
+struct WindowIcons {
+    UniqueIcon big, small;
+};
+
+const WindowIcons& MainIcons() {
+    static const WindowIcons icons = [] {
+        const HINSTANCE instance = GetModuleHandleW(nullptr);
+        const auto load = [instance](int width, int height) {
+            return UniqueIcon(static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP),
+                                                            IMAGE_ICON, width, height,
+                                                            LR_DEFAULTCOLOR)));
+        };
+        return WindowIcons{load(GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON)),
+                           load(GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON))};
+    }();
+    return icons;
+}
+
 }  // namespace
 
 
@@ -65,10 +86,7 @@ frmZorvi::~frmZorvi() {
 
 bool frmZorvi::Create(HWND owner) {
     const ScreenDpi screen = GetScreenDpi();
-    const HINSTANCE instance = GetModuleHandleW(nullptr);
-    bigIcon_.reset(static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP), IMAGE_ICON,
-                                                 GetSystemMetrics(SM_CXICON),
-                                                 GetSystemMetrics(SM_CYICON), LR_DEFAULTCOLOR)));
+    smallIcon_ = MainIcons().small.get();
     // WS_EX_APPWINDOW: owned by the hidden application window (the owner
     // given, or one set once it shows), yet with a taskbar button of its
     // own. Created at the default place and size, so that settings that
@@ -76,7 +94,8 @@ bool frmZorvi::Create(HWND owner) {
     if (!CreateNative(WS_EX_APPWINDOW | WS_EX_ACCEPTFILES, Caption({}).c_str(),
                       WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0,
                       TwipsToPixels(keys::kMainWidth.fallback, screen.x),
-                      TwipsToPixels(keys::kMainHeight.fallback, screen.y), owner, bigIcon_.get())) {
+                      TwipsToPixels(keys::kMainHeight.fallback, screen.y), owner,
+                      MainIcons().big.get(), smallIcon_)) {
         return false;
     }
     // Double-clicks on the window itself step the layout.
@@ -94,12 +113,7 @@ bool frmZorvi::Create(HWND owner) {
     // 2. The configurations' folder.
     const std::string configFolder = mdlFile::GetAppFolder() + "cfg";
     if (!mdlFile::IsFolder(configFolder)) CreateDirectoryA(configFolder.c_str(), nullptr);
-    // 3. Icon and caption.
-    smallIcon_.reset(static_cast<HICON>(
-        LoadImageW(instance, MAKEINTRESOURCEW(IDI_APP), IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
-                   GetSystemMetrics(SM_CYSMICON), LR_DEFAULTCOLOR)));
-    SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_.get()));
-    SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.get()));
+    // 3. The caption (the icons came with the class).
     SetWindowTextW(Handle(), Caption({}).c_str());
     // 4. The place the window had when it was last closed.
     PlaceFromSettings();

@@ -259,7 +259,7 @@ private:
     ExternalPrograms launcher_;
     WindowCommand aboutCommand_, configCommand_;
     UniqueFont font_;
-    UniqueIcon bigIcon_, smallIcon_;
+    HICON smallIcon_ = nullptr;  // the class's, for the tray; not this window's to free
 
     WatchTimer tmrTimer1;
     std::uint64_t storedTimestamp_ = 0;

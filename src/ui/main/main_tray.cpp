@@ -41,7 +41,7 @@ bool frmZorvi::NotifyTray(DWORD action) {
     NOTIFYICONDATAW record = IconRecord(Handle());
     record.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
     record.uCallbackMessage = kTrayMessage;
-    record.hIcon = smallIcon_.get();
+    record.hIcon = smallIcon_;
     // The platform holds 127 characters of tip; the file name is what is cut.
     const std::wstring tip = TrayTip();
     const std::size_t length = std::min(tip.size(), std::size(record.szTip) - 1);
