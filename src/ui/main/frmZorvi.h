@@ -204,8 +204,11 @@ private:
     void FillCombo(HWND combo) const;
     void ApplyFonts();
     void PlaceFromSettings();
+    bool CanLayOut() const;
+    void PrepareLayout();
     void Layout();
-    void FitHeightToLayout();
+    bool FitHeightToLayout();  // true when the height changed, and the resize laid it out
+    void LayOutAndFit();
     int MinClientHeight() const;
     LayoutMetrics MeasureLayout() const;
     void SetButtonEnabled(int button, bool enabled);

@@ -105,16 +105,16 @@ int frmZorvi::MinClientHeight() const {
     return ComputeLayout(mode_, MeasureLayout()).minClientHeight;
 }
 
-void frmZorvi::Layout() {
+bool frmZorvi::CanLayOut() const {
     // While the window is being built every step would lay it out again:
-    // it is laid out once, when it is complete.
-    laidOutSize_ = -1;
-    if (toolbar_ == nullptr || statusBar_ == nullptr || creating_) return;
-    // A window in the tray or on the taskbar has nothing to lay out.
-    if (IsIconic(Handle())) return;
-    RECT client{};
-    GetClientRect(Handle(), &client);
-    laidOutSize_ = MAKELPARAM(Width(client), Height(client));
+    // it is laid out once, when it is complete. A window in the tray or on
+    // the taskbar has nothing to lay out.
+    return toolbar_ != nullptr && statusBar_ != nullptr && !creating_ && !IsIconic(Handle());
+}
+
+// What the measures of a layout depend on: the list member the layout
+// shows, the launcher slot, and the bars' own sizes.
+void frmZorvi::PrepareLayout() {
     SendMessageW(statusBar_, WM_SIZE, 0, 0);
     MakeCombo(NormalizeMode(mode_) == 0 ? 0 : 1);
     // The launcher slot holds list member 0 in layout 0 only; elsewhere it
@@ -122,6 +122,15 @@ void frmZorvi::Layout() {
     SendMessageW(toolbar_, TB_HIDEBUTTON, CommandOf(kLauncher),
                  MAKELPARAM(NormalizeMode(mode_) == 0 ? FALSE : TRUE, 0));
     SendMessageW(toolbar_, TB_AUTOSIZE, 0, 0);
+}
+
+void frmZorvi::Layout() {
+    laidOutSize_ = -1;
+    if (!CanLayOut()) return;
+    RECT client{};
+    GetClientRect(Handle(), &client);
+    laidOutSize_ = MAKELPARAM(Width(client), Height(client));
+    PrepareLayout();
     const LayoutMetrics metrics = MeasureLayout();
     const LauncherLayout layout = ComputeLayout(mode_, metrics);
 
@@ -153,19 +162,27 @@ void frmZorvi::Layout() {
     SendMessageW(statusBar_, SB_SETPARTS, 3, reinterpret_cast<LPARAM>(parts));
 }
 
-void frmZorvi::FitHeightToLayout() {
-    if (!IsNormalWindowState(Handle()) || creating_) return;
+bool frmZorvi::FitHeightToLayout() {
+    if (!IsNormalWindowState(Handle()) || creating_) return false;
     RECT window{};
     GetWindowRect(Handle(), &window);
     RECT frame{0, 0, 0, 0};
     AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE)), FALSE,
                        static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_EXSTYLE)));
     const int wanted = std::max(userHeight_, MinClientHeight() + Height(frame));
-    if (wanted == Height(window)) return;
+    if (wanted == Height(window)) return false;
     fitting_ = true;
     SetWindowPos(Handle(), nullptr, 0, 0, Width(window), wanted,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     fitting_ = false;
+    return true;
+}
+
+void frmZorvi::LayOutAndFit() {
+    // The height is fitted to what the layout will need first: where it has
+    // to change, the resize lays the window out, so it is laid out once.
+    if (CanLayOut()) PrepareLayout();
+    if (!FitHeightToLayout()) Layout();
 }
 
 void frmZorvi::ChangeLauncherPos() {
@@ -190,8 +207,7 @@ void frmZorvi::ChangeLauncherPos() {
     } else if (mode_ == 0) {
         carry(combo_[1], MakeCombo(0));
     }
-    Layout();
-    FitHeightToLayout();
+    LayOutAndFit();
     InvalidateRect(Handle(), nullptr, TRUE);
 }
 

@@ -233,8 +233,7 @@ int frmZorvi::ViewChange_IconSize(int size) {
     SetButtonImage(kPlay, 7);
     SetButtonImage(kLog, 8);
     SendMessageW(toolbar_, TB_AUTOSIZE, 0, 0);
-    Layout();
-    FitHeightToLayout();
+    LayOutAndFit();
     return size;
 }
 
