@@ -14,14 +14,19 @@ std::optional<int> ToPixels(std::optional<int> twips, int dotsPerInch) {
 }  // namespace
 
 ScreenDpi GetScreenDpi() {
-    ScreenDpi dpi;
-    if (const UniqueScreenDC screen(GetDC(nullptr)); screen) {
-        dpi.x = GetDeviceCaps(screen.get(), LOGPIXELSX);
-        dpi.y = GetDeviceCaps(screen.get(), LOGPIXELSY);
-    }
-    if (dpi.x <= 0) dpi.x = 96;
-    if (dpi.y <= 0) dpi.y = 96;
-    return dpi;
+    // The screen's dots per inch stay what they were at start-up until the
+    // user signs in again, so the screen is asked once.
+    static const ScreenDpi asked = [] {
+        ScreenDpi dpi;
+        if (const UniqueScreenDC screen(GetDC(nullptr)); screen) {
+            dpi.x = GetDeviceCaps(screen.get(), LOGPIXELSX);
+            dpi.y = GetDeviceCaps(screen.get(), LOGPIXELSY);
+        }
+        if (dpi.x <= 0) dpi.x = 96;
+        if (dpi.y <= 0) dpi.y = 96;
+        return dpi;
+    }();
+    return asked;
 }
 
 bool IsNormalWindowState(HWND window) {
@@ -41,7 +46,9 @@ void MoveWindowOnScreen(HWND window, std::optional<int> left, std::optional<int>
                                  ToPixels(width, dpi.x), ToPixels(height, dpi.y)};
     const ScreenExtent screen{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
     const auto box = CorrectPlacement(requested, current, screen);
-    if (!box) return;
+    // A window already where it is asked to be is not moved: even a move
+    // that changes nothing costs the window system a round of messages.
+    if (!box || *box == current) return;
     SetWindowPos(window, nullptr, box->left, box->top, box->width, box->height,
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
 }
