@@ -220,6 +220,8 @@ void frmZorvi::FillCombo(HWND combo) const {
 
 void frmZorvi::ApplyAlwaysOnTop() {
     const bool onTop = ReadIniFlag(keys::kAlwaysTop, MainFile());
+    // A window that is not on top need not be told to stay off it.
+    if (!onTop && (GetWindowLongPtrW(Handle(), GWL_EXSTYLE) & WS_EX_TOPMOST) == 0) return;
     SetWindowPos(Handle(), onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
