@@ -175,9 +175,9 @@ void frmZorvi::CreateControls() {
     SendMessageW(statusBar_, SB_SETPARTS, 3, reinterpret_cast<LPARAM>(parts));
 
     // Combo1: member 0 sits in the toolbar's launcher slot, member 1 stands
-    // free. Only the one the saved layout shows is made now: a drop-down
-    // list is three windows, and the other waits until a layout shows it.
-    MakeCombo(NormalizeMode(ReadIniInt(keys::kMainMode, MainFile())) == 0 ? 0 : 1);
+    // free. Each is made when a layout first shows it: a drop-down list is
+    // three windows, and made once the font is chosen it measures itself
+    // once, with that font.
 
     // Key preview and double-clicks: every control reports to the window first.
     WatchChild(toolbar_);
