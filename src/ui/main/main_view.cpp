@@ -226,13 +226,8 @@ int frmZorvi::ViewChange_IconSize(int size) {
     SendMessageW(toolbar_, TB_SETPADDING, 0, MAKELPARAM(ScaleForDpi(7, dpi), ScaleForDpi(6, dpi)));
     SendMessageW(toolbar_, TB_SETBUTTONSIZE, 0,
                  MAKELPARAM(pixels + ScaleForDpi(7, dpi), pixels + ScaleForDpi(6, dpi)));
-    SetButtonImage(kSetFile, 2);
-    SetButtonImage(kConfig, 3);
-    SetButtonImage(kOnOff, tmrTimer1.Enabled() ? 4 : 5);
-    SetButtonImage(kCompile, 6);
-    SetButtonImage(kPlay, 7);
-    SetButtonImage(kLog, 8);
-    SendMessageW(toolbar_, TB_AUTOSIZE, 0, 0);
+    // The buttons keep their images' places in the new lists (the switch
+    // shows its state's), and the layout sizes the toolbar to them.
     LayOutAndFit();
     return size;
 }
