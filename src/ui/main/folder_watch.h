@@ -19,8 +19,8 @@ public:
     FolderWatch(const FolderWatch&) = delete;
     FolderWatch& operator=(const FolderWatch&) = delete;
 
-    // Posts message to window after changes in folder: at most one message
-    // waits at a time, however many changes come. Watching the folder
+    // Posts message to window once a burst of changes in folder is over: at
+    // most one message waits at a time, however many changes come. Watching the folder
     // already watched changes nothing. False when the folder cannot be
     // watched (gone, or a drive that sends no notifications): the watch
     // timer is then the only way changes are seen.

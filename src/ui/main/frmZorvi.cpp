@@ -473,11 +473,8 @@ LRESULT frmZorvi::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         break;
     }
     case WM_TIMER:
-        if (wParam == kSettleTimerId) {
-            KillTimer(Handle(), kSettleTimerId);
-            settling_ = false;
-        }
-        if (wParam == kWatchTimerId || wParam == kSettleTimerId) OnTimerTick();
+        if (wParam == kLookAgainTimerId) KillTimer(Handle(), kLookAgainTimerId);
+        if (wParam == kWatchTimerId || wParam == kLookAgainTimerId) OnTimerTick();
         return 0;
     case kFolderChangedMessage: OnFolderChanged(); return 0;
     case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;

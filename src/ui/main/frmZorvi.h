@@ -268,8 +268,6 @@ private:
     std::uint64_t storedTimestamp_ = 0;
     MissingTarget missingTarget_;
     FolderWatch folderWatch_;
-    std::uint64_t settleDeadline_ = 0;  // a burst of changes is looked at once, by then
-    bool settling_ = false;
     bool compiling_ = false;
     bool closeAfterCompile_ = false;  // the user chose to stop the compile and exit
     bool askingToStop_ = false;       // the stop-and-exit question is open

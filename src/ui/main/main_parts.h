@@ -24,13 +24,10 @@ namespace keys = settings::main_file;
 namespace config_keys = settings::config_file;
 
 inline constexpr UINT_PTR kWatchTimerId = 1;
-// After a change in the target's folder the target is looked at once the
-// folder has been quiet this long, and at the latest this long after the
-// first change: a burst of writes compiles once. Ten milliseconds is the
-// shortest wait a window timer gives.
-inline constexpr UINT_PTR kSettleTimerId = 2;
-inline constexpr UINT kSettleMs = 10;
-inline constexpr std::uint64_t kBurstMs = 50;
+// A one-shot look at the target soon, after a compile during which saves
+// were refused. Ten milliseconds is the shortest wait a window timer gives.
+inline constexpr UINT_PTR kLookAgainTimerId = 2;
+inline constexpr UINT kLookAgainMs = 10;
 inline constexpr int kComboId = 3001;
 inline constexpr int kIconCount = 8;  // resource icons 101..108: image n is icon 100 + n
 // The launcher list opens this many closed-list heights downwards.

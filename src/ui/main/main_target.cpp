@@ -161,21 +161,19 @@ void frmZorvi::StretchWatchTimer() {
 }
 
 void frmZorvi::LookAgainSoon() {
-    if (tmrTimer1.Enabled()) SetTimer(Handle(), kSettleTimerId, kSettleMs, nullptr);
+    if (tmrTimer1.Enabled()) SetTimer(Handle(), kLookAgainTimerId, kLookAgainMs, nullptr);
 }
 
 void frmZorvi::OnFolderChanged() {
     folderWatch_.Taken();
-    // The notifications may have ended (the folder went): the timer takes over.
-    StretchWatchTimer();
-    if (!tmrTimer1.Enabled()) return;
-    const std::uint64_t now = GetTickCount64();
-    if (!settling_) {
-        settling_ = true;
-        settleDeadline_ = now + kBurstMs;
+    // The watch has waited for the burst to end: the target is looked at
+    // now. The notifications may have ended (the folder went): then the tick
+    // lets the timer take over.
+    if (tmrTimer1.Enabled()) {
+        OnTimerTick();
+    } else {
+        StretchWatchTimer();
     }
-    // Each change restarts the wait for quiet, up to the burst's deadline.
-    if (now + kSettleMs <= settleDeadline_) SetTimer(Handle(), kSettleTimerId, kSettleMs, nullptr);
 }
 
 void frmZorvi::WatchToggle() {
