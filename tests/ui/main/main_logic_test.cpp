@@ -104,23 +104,23 @@ TEST(Placement, AtMostOneCorrectionInItsOrder) {
     ExpectRows<Int2, int>(PixelsToTwips, {{{247, 96}, 3705}, {{1, 144}, 10}, {{5, 0}, 0}});
 }
 
-constexpr int F(int n) { return 111 + n; }
+constexpr int FKey(int n) { return 111 + n; }
 
 TEST(KeyMap, FunctionKeysAndModifiers) {
     using C = MainCommand;
-    ExpectRows<int, MainCommand>([](int n) { return MainKeyCommand(F(n), 0, false); }, {
+    ExpectRows<int, MainCommand>([](int n) { return MainKeyCommand(FKey(n), 0, false); }, {
         {1, C::Help}, {2, C::SetFile}, {3, C::WatchToggle}, {4, C::None}, {5, C::Compile},
         {6, C::Play}, {7, C::ShowLog}, {8, C::Configure}, {9, C::PopupMenu}, {10, C::None},
         {11, C::Minimize}, {12, C::Exit},
     });
     ExpectRows<std::tuple<int, int, bool>, MainCommand>(MainKeyCommand, {
-        {{'A', 0, false}, C::None}, {{F(1), kCtrl, false}, C::About},
-        {{F(2), kCtrl, false}, C::NextLayout}, {{F(12), kCtrl, false}, C::NextLayout},
-        {{F(13), kCtrl, false}, C::None}, {{F(5), kShift, false}, C::None},
-        {{F(5), kCtrl | kShift, false}, C::None}, {{F(5), kCtrl | kAlt | kShift, true}, C::None},
-        {{F(5), kAlt, false}, C::None}, {{F(5), kAlt, true}, C::PopupMenu},
+        {{'A', 0, false}, C::None}, {{FKey(1), kCtrl, false}, C::About},
+        {{FKey(2), kCtrl, false}, C::NextLayout}, {{FKey(12), kCtrl, false}, C::NextLayout},
+        {{FKey(13), kCtrl, false}, C::None}, {{FKey(5), kShift, false}, C::None},
+        {{FKey(5), kCtrl | kShift, false}, C::None}, {{FKey(5), kCtrl | kAlt | kShift, true}, C::None},
+        {{FKey(5), kAlt, false}, C::None}, {{FKey(5), kAlt, true}, C::PopupMenu},
         // Alt with the system's keys (F4, Space, Tab, Esc) is left to the system.
-        {{F(4), kAlt, true}, C::None}, {{' ', kAlt, true}, C::None}, {{9, kAlt, true}, C::None},
+        {{FKey(4), kAlt, true}, C::None}, {{' ', kAlt, true}, C::None}, {{9, kAlt, true}, C::None},
         {{27, kAlt, true}, C::None}, {{'X', kAlt, true}, C::PopupMenu},
     });
 }
