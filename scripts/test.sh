@@ -18,24 +18,26 @@ build() {
     cmake --preset "$1" >/dev/null && cmake --build --preset "$1" -j "$jobs"
 }
 
+# The native build runs beside everything else at the lowest priority: it
+# takes what the Windows build leaves (its links are mostly one at a time)
+# and then the processor time that the Windows tests, which mostly wait for
+# Wine and the display, do not use. Its output is shown after.
+host_log="$root/build/host-build.log"
+mkdir -p "$root/build"
+echo "== host: build, beside the rest (at ${SECONDS} s)"
+nice -n 19 bash -c "$(declare -f build); jobs=$jobs; build host" >"$host_log" 2>&1 &
+host_job=$!
+
 echo "== windows: build (at ${SECONDS} s)"
 windows_built=1
 build windows || { echo "== windows: build FAILED"; status=1; windows_built=0; }
 
-# The Windows tests spend most of their time waiting for Wine and the
-# display: the native build runs beside them, at a lower priority so that
-# they have the processor whenever they want it. Its output is shown after.
-host_log="$root/build/host-build.log"
-mkdir -p "$root/build"
-echo "== host: build, beside the Windows tests (at ${SECONDS} s)"
-nice -n 10 bash -c "$(declare -f build); jobs=$jobs; build host" >"$host_log" 2>&1 &
-host_job=$!
 if [ "$windows_built" -eq 1 ]; then
     echo "== windows: tests (at ${SECONDS} s)"
     ctest --preset windows -j "$jobs" || status=1
 fi
 if wait "$host_job"; then
-    echo "== host: tests (at ${SECONDS} s)"
+    echo "== host: built; tests (at ${SECONDS} s)"
     ctest --preset host -j "$jobs" || status=1
 else
     tail -n 40 "$host_log"
