@@ -86,14 +86,19 @@ void RunShowLog(const CommandLine& args) {
 void RunWindowMode(const CommandLine& args) {
     State().interactiveMode = true;
     if (PrevInstanceRunning(true)) return;
-    State().useAltPopUp = ReadIniFlag(settings::main_file::kUseAltPopUp, MainSettingsPath());
-    settings::RebuildPlayerList(MainSettingsPath(), mdlFile::GetAppFolder());
-    settings::RebuildEditorList(MainSettingsPath());
     auto& window = MainWindow();
-    window = std::make_unique<frmZorvi>();
-    if (!window->Create(nullptr)) {
-        window.reset();
-        return;
+    {
+        // Building the window asks the settings for some thirty keys: each
+        // section is read once instead.
+        const IniReadScope settingsOnce;
+        State().useAltPopUp = ReadIniFlag(settings::main_file::kUseAltPopUp, MainSettingsPath());
+        settings::RebuildPlayerList(MainSettingsPath(), mdlFile::GetAppFolder());
+        settings::RebuildEditorList(MainSettingsPath());
+        window = std::make_unique<frmZorvi>();
+        if (!window->Create(nullptr)) {
+            window.reset();
+            return;
+        }
     }
     window->SetConfigCommand([](int page) { ShowConfigWindow(MainWindow().get(), page); });
     // F1 without a help file, Ctrl+F1, "&About" and toolbar button 7 end here;

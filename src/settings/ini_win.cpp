@@ -15,9 +15,25 @@
 #include "settings/preset.h"
 
 namespace zorvi {
+namespace {
+
+thread_local IniReadScope* activeScope = nullptr;
+
+// What the platform answers for a missing key: the fallback without its
+// trailing blanks (all but the first), cut to what the buffer holds.
+std::string ProfileFallback(const std::string& fallback) {
+    std::size_t end = fallback.size();
+    while (end > 1 && fallback[end - 1] == ' ') --end;
+    return fallback.substr(0, std::min(end, mdlFile::kPathBuffer - 1));
+}
+
+}  // namespace
 
 std::string ReadIni(const std::string& section, const std::string& key,
                     const std::string& fallback, const std::string& file) {
+    if (IniReadScope* scope = IniReadScope::Active()) {
+        return scope->Section(file, section).Read(key, ProfileFallback(fallback));
+    }
     std::string buffer(mdlFile::kPathBuffer, '\0');
     const DWORD length = GetPrivateProfileStringA(section.c_str(), key.c_str(), fallback.c_str(),
                                                   buffer.data(), mdlFile::kPathBuffer,
@@ -28,12 +44,17 @@ std::string ReadIni(const std::string& section, const std::string& key,
 
 int ReadIniInt(const std::string& section, const std::string& key, int fallback,
                const std::string& file) {
+    if (IniReadScope* scope = IniReadScope::Active()) {
+        return scope->Section(file, section).ReadInt(key, fallback);
+    }
     return static_cast<int>(
         GetPrivateProfileIntA(section.c_str(), key.c_str(), fallback, file.c_str()));
 }
 
 bool WriteIni(const std::string& section, const std::string& key, const std::string& value,
               const std::string& file) {
+    // The same file may go by other names: nothing read before stays.
+    if (IniReadScope* scope = IniReadScope::Active()) scope->Forget();
     return WritePrivateProfileStringA(section.c_str(), key.c_str(), value.c_str(),
                                       file.c_str()) != FALSE;
 }
@@ -99,6 +120,14 @@ int ProfileNumber(std::string_view text) {
 }  // namespace
 
 IniSection::IniSection(const std::string& section, const std::string& file) {
+    if (IniReadScope* scope = IniReadScope::Active()) {
+        values_ = scope->Section(file, section).values_;
+        return;
+    }
+    Load(section, file);
+}
+
+void IniSection::Load(const std::string& section, const std::string& file) {
     // The call answers with as much as fits and says so by a length of the
     // buffer less two; the buffer grows until the section fits, up to a bound
     // no settings file reaches.
@@ -173,6 +202,22 @@ int IniFile::ReadInt(const settings::IntKey& key) const {
 
 bool IniFile::ReadFlag(const settings::IntKey& key) const {
     return settings::FlagHolds(key, ReadInt(key));
+}
+
+IniReadScope::IniReadScope() : outer_(activeScope) { activeScope = this; }
+
+IniReadScope::~IniReadScope() { activeScope = outer_; }
+
+IniReadScope* IniReadScope::Active() { return activeScope; }
+
+const IniSection& IniReadScope::Section(const std::string& file, const std::string& section) {
+    const std::pair<std::string, std::string> name{file, AsciiLower(section)};
+    auto place = sections_.find(name);
+    if (place == sections_.end()) {
+        place = sections_.emplace(name, IniSection()).first;
+        place->second.Load(section, file);
+    }
+    return place->second;
 }
 
 bool IniUpdater::Write(const std::string& section, const std::string& key,

@@ -24,7 +24,8 @@ bool WriteIni(const std::string& section, const std::string& key, int value,
 // One section read in a single call. Every key read through the
 // private-profile functions opens and searches the file again, so a list of
 // hundreds of records read key by key takes seconds; read from here it is
-// one call. The answers are the ones ReadIni and ReadIniInt give.
+// one call. The answers are the ones ReadIni and ReadIniInt give. Within an
+// IniReadScope it is a copy of the scope's.
 class IniSection {
 public:
     IniSection(const std::string& section, const std::string& file);
@@ -36,6 +37,9 @@ public:
     void Remember(const std::string& key, const std::string& value);
 
 private:
+    friend class IniReadScope;
+    IniSection() = default;
+    void Load(const std::string& section, const std::string& file);
     const std::string* Find(const std::string& key) const;
 
     std::unordered_map<std::string, std::string> values_;  // keys in lower case
@@ -64,6 +68,29 @@ private:
 
     std::string path_;
     mutable std::map<std::string, IniSection> sections_;  // by name in lower case
+};
+
+// While one lives, the key reads of its thread (ReadIni, ReadIniInt and
+// ReadIniFlag) are answered as an IniFile answers, each section of each file
+// read once: the start asks the settings for some thirty keys, and every one
+// would open the file again (about a millisecond each under Wine). A write
+// through WriteIni drops everything read so far. Meant for a short stretch of
+// work that nobody else writes the files during, such as the start.
+class IniReadScope {
+public:
+    IniReadScope();
+    ~IniReadScope();
+    IniReadScope(const IniReadScope&) = delete;
+    IniReadScope& operator=(const IniReadScope&) = delete;
+
+    // The scope that answers this thread's key reads, if any.
+    static IniReadScope* Active();
+    const IniSection& Section(const std::string& file, const std::string& section);
+    void Forget() { sections_.clear(); }
+
+private:
+    std::map<std::pair<std::string, std::string>, IniSection> sections_;  // (file, section)
+    IniReadScope* outer_;
 };
 
 // Writes a key only when it does not hold the value yet: every write

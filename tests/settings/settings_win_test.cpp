@@ -91,13 +91,37 @@ TEST(IniSection, AnswersAsTheKeyByKeyReads) {
     const std::string file = folder / "Zorvi.ini";
 
     const IniSection section("list", file);
-    for (const char* key : {"plain", "empty", "spaced", "dq", "sq", "half", "lone", "number",
-                            "minus", "hex", "octal", "binary", "upper", "wide", "plus",
-                            "minushex", "letters", "blank", "quoted", "nokey", "Twice",
-                            "long", "longnumber", "later", "missing"}) {
+    const char* const keys[] = {"plain", "empty", "spaced", "dq", "sq", "half", "lone", "number",
+                                "minus", "hex", "octal", "binary", "upper", "wide", "plus",
+                                "minushex", "letters", "blank", "quoted", "nokey", "Twice",
+                                "long", "longnumber", "later", "missing"};
+    for (const char* key : keys) {
         SCOPED_TRACE(key);
         EXPECT_EQ(section.Read(key, "fallback"), ReadIni("List", key, "fallback", file));
         EXPECT_EQ(section.ReadInt(key, 77), ReadIniInt("List", key, 77, file));
+    }
+    // Within a read scope the key reads answer the same, fallbacks with
+    // trailing blanks too, and a write is seen by the next read.
+    const std::string fallbacks[] = {"fall back  ", "  ", "", std::string(400, 'f')};
+    std::vector<std::pair<std::string, int>> direct;
+    for (const char* key : keys) {
+        for (const std::string& fallback : fallbacks) {
+            direct.emplace_back(ReadIni("List", key, fallback, file),
+                                ReadIniInt("list", key, 9, file));
+        }
+    }
+    {
+        const IniReadScope scope;
+        auto expected = direct.begin();
+        for (const char* key : keys) {
+            for (const std::string& fallback : fallbacks) {
+                SCOPED_TRACE(std::string(key) + " / " + fallback);
+                EXPECT_EQ(std::pair(ReadIni("List", key, fallback, file),
+                                    ReadIniInt("list", key, 9, file)), *expected++);
+            }
+        }
+        ASSERT_TRUE(WriteIni("List", "plain", "new", file));
+        EXPECT_EQ(IniSection("List", file).Read("plain", ""), "new");
     }
     // A whole file answers from the section each key names, whatever its case.
     const IniFile whole(file);
