@@ -20,10 +20,10 @@ public:
     FolderWatch& operator=(const FolderWatch&) = delete;
 
     // Posts message to window once a burst of changes in folder is over: at
-    // most one message waits at a time, however many changes come. Watching the folder
-    // already watched changes nothing. False when the folder cannot be
-    // watched (gone, or a drive that sends no notifications): the watch
-    // timer is then the only way changes are seen.
+    // most one message waits at a time, however many changes come. Watching
+    // the folder already watched changes nothing. False when the folder
+    // cannot be watched (gone, or a drive that sends no notifications): the
+    // watch timer is then the only way changes are seen.
     bool Watch(HWND window, UINT message, const std::string& folder);
     void Stop();
     // The window has taken the message: the next change may post another.
