@@ -103,23 +103,20 @@ TEST(IniSection, AnswersAsTheKeyByKeyReads) {
     // Within a read scope the key reads answer the same, fallbacks with
     // trailing blanks too, and a write is seen by the next read.
     const std::string fallbacks[] = {"fall back  ", "  ", "", std::string(400, 'f')};
-    std::vector<std::pair<std::string, int>> direct;
-    for (const char* key : keys) {
-        for (const std::string& fallback : fallbacks) {
-            direct.emplace_back(ReadIni("List", key, fallback, file),
-                                ReadIniInt("list", key, 9, file));
-        }
-    }
-    {
-        const IniReadScope scope;
-        auto expected = direct.begin();
+    const auto readAll = [&] {
+        std::vector<std::pair<std::string, int>> answers;
         for (const char* key : keys) {
             for (const std::string& fallback : fallbacks) {
-                SCOPED_TRACE(std::string(key) + " / " + fallback);
-                EXPECT_EQ(std::pair(ReadIni("List", key, fallback, file),
-                                    ReadIniInt("list", key, 9, file)), *expected++);
+                answers.emplace_back(ReadIni("List", key, fallback, file),
+                                     ReadIniInt("list", key, 9, file));
             }
         }
+        return answers;
+    };
+    const auto direct = readAll();
+    {
+        const IniReadScope scope;
+        EXPECT_EQ(readAll(), direct);
         ASSERT_TRUE(WriteIni("List", "plain", "new", file));
         EXPECT_EQ(IniSection("List", file).Read("plain", ""), "new");
     }
