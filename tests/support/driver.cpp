@@ -72,10 +72,4 @@ HWND Running::WaitForLogBox(const std::wstring& part, std::chrono::milliseconds 
     return box != nullptr && WaitUntil(holds, limit) ? box : nullptr;
 }
 
-int Starts(const std::string& record) {
-    int count = 0;
-    for (const auto& line : KeyValueLines(record)) count += line.first == "cmdline";
-    return count;
-}
-
 }  // namespace zorvi::testing

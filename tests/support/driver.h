@@ -45,7 +45,4 @@ private:
 inline std::wstring MessageBoxText(HWND box) { return WindowText(GetDlgItem(box, 0xFFFF)); }
 inline void PressButton(HWND box, int id) { SendMessageW(GetDlgItem(box, id), BM_CLICK, 0, 0); }
 
-// How many starts a stand-in's record holds: each begins with its "cmdline" line.
-int Starts(const std::string& record);
-
 }  // namespace zorvi::testing

@@ -43,4 +43,10 @@ std::vector<std::pair<std::string, std::string>> KeyValueLines(const std::string
     return pairs;
 }
 
+int Starts(const std::string& record) {
+    int count = 0;
+    for (const auto& line : KeyValueLines(record)) count += line.first == "cmdline";
+    return count;
+}
+
 }  // namespace zorvi::testing

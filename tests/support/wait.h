@@ -26,4 +26,7 @@ std::string BesideTestProgram(const std::string& name);
 // "key=value" lines of a record file (CR LF or LF), in order; other lines skipped.
 std::vector<std::pair<std::string, std::string>> KeyValueLines(const std::string& text);
 
+// How many starts a stand-in's record holds: each begins with its "cmdline" line.
+int Starts(const std::string& record);
+
 }  // namespace zorvi::testing

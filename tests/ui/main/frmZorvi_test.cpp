@@ -463,19 +463,12 @@ TEST(MainMenus, ChoosingAConfigurationOrAPlayerWritesItAndMovesTheCheck) {
     EXPECT_EQ(window.StatusPanelText(2), L"*");
 }
 
-int Starts(const TempFolder& folder) {
-    int count = 0;
-    for (const auto& [key, value] : testing::KeyValueLines(folder.Read("record.txt"))) {
-        count += key == "cmdline";
-    }
-    return count;
-}
-
 TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     const std::string app = mdlFile::GetAppFolder();
     TempFolder files;
     files.Write("hang.mml", "hang=1\r\n");
     SetEnvironmentVariableA("ZPLAYER_RECORD", (files / "record.txt").c_str());
+    const auto starts = [&] { return testing::Starts(files.Read("record.txt")); };
     // Three records counted, two written: the third has no command.
     Zorvi zorvi("[ExternalProgram]\r\nItemCount=3\r\nItem1=Player\r\nCommand1=" + app +
                 "zplayer.exe\r\nOption1=$fn$\r\nWindowState1=9\r\nItem2=Hang\r\nCommand2=" + app +
@@ -493,7 +486,7 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     window.SetFile(zorvi.folder / "b.mml");
     ASSERT_TRUE(enterOn(0));
     ASSERT_TRUE(enterOn(0));
-    ASSERT_TRUE(testing::WaitUntil([&] { return Starts(files) == 2; }));
+    ASSERT_TRUE(testing::WaitUntil([&] { return starts() == 2; }));
     EXPECT_NE(files.Read("record.txt").find("arg1=b.mml"), std::string::npos);
     EXPECT_EQ(window.Launcher().LastLaunch(0), LaunchedPrograms().size() - 1);
 
@@ -501,7 +494,7 @@ TEST(MainMenus, LauncherStartsTheChoiceOrTheTypedTextAndEndsWhatIsMarked) {
     SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(-1), 0);
     SetWindowTextW(list, Widen(app + "zplayer.exe").c_str());
     ASSERT_TRUE(window.Combo1_KeyDown(VK_RETURN, 0));
-    ASSERT_TRUE(testing::WaitUntil([&] { return Starts(files) == 3; }));
+    ASSERT_TRUE(testing::WaitUntil([&] { return starts() == 3; }));
 
     // A record that cannot start says why and with what; nothing is recorded.
     const std::size_t launched = LaunchedPrograms().size();
