@@ -184,9 +184,21 @@ void frmZorvi::CreateControls() {
     WatchChild(statusBar_);
 }
 
+// The controls' own procedures are replaced rather than chained with
+// SetWindowSubclass: that chain finds its data with GetProp on every message
+// the control gets, a round trip to the Wine server each, and a control gets
+// some two hundred messages while the window is built and laid out. The
+// window is found in the control's user data, which the common controls
+// leave to the program, and the procedure it had in watched_.
 void frmZorvi::WatchChild(HWND control) {
-    if (control != nullptr) {
-        SetWindowSubclass(control, &frmZorvi::ChildProc, 1, reinterpret_cast<DWORD_PTR>(this));
+    if (control == nullptr) return;
+    for (WatchedChild& child : watched_) {
+        if (child.window != nullptr) continue;
+        SetWindowLongPtrW(control, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        child.proc = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(
+            control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&frmZorvi::ChildProc)));
+        if (child.proc != nullptr) child.window = control;
+        return;
     }
 }
 
@@ -344,9 +356,17 @@ void frmZorvi::OnChildDoubleClick(HWND child, LPARAM lParam) {
     NextLayout();
 }
 
-LRESULT CALLBACK frmZorvi::ChildProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                     UINT_PTR id, DWORD_PTR data) noexcept {
-    auto* self = reinterpret_cast<frmZorvi*>(data);
+LRESULT CALLBACK frmZorvi::ChildProc(HWND window, UINT message, WPARAM wParam,
+                                     LPARAM lParam) noexcept {
+    auto* self = reinterpret_cast<frmZorvi*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    WatchedChild* child = nullptr;
+    if (self != nullptr) {
+        for (WatchedChild& watched : self->watched_) {
+            if (watched.window == window) child = &watched;
+        }
+    }
+    if (child == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+    const WNDPROC proc = child->proc;
     try {
         switch (message) {
         case WM_KEYDOWN:
@@ -372,13 +392,17 @@ LRESULT CALLBACK frmZorvi::ChildProc(HWND window, UINT message, WPARAM wParam, L
                 return SendMessageW(self->Handle(), message, wParam, lParam);
             }
             break;
-        case WM_NCDESTROY: RemoveWindowSubclass(window, &frmZorvi::ChildProc, id); break;
+        case WM_NCDESTROY:
+            // The control's last message: it goes on with its own procedure.
+            SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(proc));
+            *child = {};
+            break;
         default: break;
         }
     } catch (...) {
         // Nothing may unwind into the system's dispatcher.
     }
-    return DefSubclassProc(window, message, wParam, lParam);
+    return CallWindowProcW(proc, window, message, wParam, lParam);
 }
 
 void frmZorvi::OnDropFiles(HDROP drop) {

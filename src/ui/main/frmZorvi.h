@@ -195,8 +195,8 @@ public:
 private:
     friend class BaseWindow<frmZorvi>;
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    static LRESULT CALLBACK ChildProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                      UINT_PTR id, DWORD_PTR self) noexcept;
+    static LRESULT CALLBACK ChildProc(HWND window, UINT message, WPARAM wParam,
+                                      LPARAM lParam) noexcept;
 
     void CreateControls();
     void WatchChild(HWND control);
@@ -254,6 +254,13 @@ private:
     HWND toolbar_ = nullptr;
     HWND statusBar_ = nullptr;
     std::array<HWND, 2> combo_{};
+    // The controls that report to the window first, with the procedures
+    // they had: the bars, and each list member with its edit box.
+    struct WatchedChild {
+        HWND window = nullptr;
+        WNDPROC proc = nullptr;
+    };
+    std::array<WatchedChild, 6> watched_{};
     UniqueImageList images_, disabledImages_;
     UniqueMenu historyMenu_, scriptMenu_, playerMenu_, popupMenu_;
     std::vector<std::string> scriptNames_;
