@@ -59,6 +59,24 @@ BITMAPINFOHEADER DibHeader(int width, int height, WORD bitCount) {
     return header;
 }
 
+// The id of the drawing in an icon group that is exactly `pixels` square in
+// 32 bits, or 0. Where there is one, it is the drawing that
+// LookupIconIdFromDirectoryEx would choose; that call asks the display for
+// its colour depth every time, under Wine three round trips to the server.
+int ExactIconId(const BYTE* group, DWORD size, int pixels) {
+    constexpr std::size_t kHeader = 6, kEntry = 14;  // GRPICONDIR, GRPICONDIRENTRY
+    const auto word = [group](std::size_t at) { return group[at] | group[at + 1] << 8; };
+    if (size < kHeader) return 0;
+    const auto count = static_cast<std::size_t>(word(4));
+    for (std::size_t entry = kHeader; entry + kEntry <= size && entry < kHeader + count * kEntry;
+         entry += kEntry) {
+        const int width = group[entry] == 0 ? 256 : group[entry];
+        const int height = group[entry + 1] == 0 ? 256 : group[entry + 1];
+        if (width == pixels && height == pixels && word(entry + 6) == 32) return word(entry + 12);
+    }
+    return 0;
+}
+
 // The 32-bit drawing of icon `id` that is exactly `pixels` square, read
 // straight from the resources into `icon` and `iconMask` (top-down rows, the
 // mask's rows whole DWORDs), as LoadImage would choose it; false when the
@@ -75,8 +93,11 @@ bool StoredIconBits(HINSTANCE instance, int id, int pixels, std::vector<std::uin
     // The resource types are numbers, the same in either character set.
     const auto [group, groupSize] = resource(id, reinterpret_cast<LPCWSTR>(RT_GROUP_ICON));
     if (group == nullptr) return false;
-    const int chosen = LookupIconIdFromDirectoryEx(const_cast<BYTE*>(group), TRUE, pixels, pixels,
-                                                   LR_DEFAULTCOLOR);
+    int chosen = ExactIconId(group, groupSize, pixels);
+    if (chosen == 0) {
+        chosen = LookupIconIdFromDirectoryEx(const_cast<BYTE*>(group), TRUE, pixels, pixels,
+                                             LR_DEFAULTCOLOR);
+    }
     const auto [bits, size] = resource(chosen, reinterpret_cast<LPCWSTR>(RT_ICON));
     BITMAPINFOHEADER header{};
     if (bits == nullptr || size < sizeof header) return false;
@@ -102,13 +123,14 @@ bool StoredIconBits(HINSTANCE instance, int id, int pixels, std::vector<std::uin
 
 // The same through LoadImage, which also shrinks or widens a drawing of
 // another size or kind.
-bool LoadedIconBits(HDC screen, HINSTANCE instance, int id, int pixels,
-                    std::vector<std::uint32_t>& icon, std::vector<BYTE>& iconMask) {
+bool LoadedIconBits(HINSTANCE instance, int id, int pixels, std::vector<std::uint32_t>& icon,
+                    std::vector<BYTE>& iconMask) {
     const UniqueIcon loaded(static_cast<HICON>(
         LoadImageW(instance, MAKEINTRESOURCEW(id), IMAGE_ICON, pixels, pixels, LR_DEFAULTCOLOR)));
     ICONINFO info{};
     if (!loaded || !GetIconInfo(loaded.get(), &info)) return false;
     const UniqueBitmap iconColor(info.hbmColor), iconMaskBitmap(info.hbmMask);
+    const UniqueScreenDC screen(GetDC(nullptr));
     BITMAPINFO iconFormat{};
     iconFormat.bmiHeader = DibHeader(pixels, pixels, 32);
     struct {
@@ -116,10 +138,11 @@ bool LoadedIconBits(HDC screen, HINSTANCE instance, int id, int pixels,
         RGBQUAD bmiColors[2];
     } maskFormat{DibHeader(pixels, pixels, 1), {}};
     return iconColor &&
-           GetDIBits(screen, iconColor.get(), 0, static_cast<UINT>(pixels), icon.data(),
+           GetDIBits(screen.get(), iconColor.get(), 0, static_cast<UINT>(pixels), icon.data(),
                      &iconFormat, DIB_RGB_COLORS) == pixels &&
-           GetDIBits(screen, iconMaskBitmap.get(), 0, static_cast<UINT>(pixels), iconMask.data(),
-                     reinterpret_cast<BITMAPINFO*>(&maskFormat), DIB_RGB_COLORS) == pixels;
+           GetDIBits(screen.get(), iconMaskBitmap.get(), 0, static_cast<UINT>(pixels),
+                     iconMask.data(), reinterpret_cast<BITMAPINFO*>(&maskFormat),
+                     DIB_RGB_COLORS) == pixels;
 }
 
 // All toolbar images side by side, as each image list takes them in one add:
@@ -136,16 +159,17 @@ struct ImageStrips {
 // of their icons cannot be read at that size.
 ImageStrips MakeImageStrips(HINSTANCE instance, int pixels, int first, int count) {
     const int width = pixels * count;
-    const UniqueScreenDC screen(GetDC(nullptr));
+    // DIB sections in RGB colours need no device context: the screen's
+    // costs a round trip to the server.
     BITMAPINFO stripFormat{};
     stripFormat.bmiHeader = DibHeader(width, pixels, 32);
     void* colorBits = nullptr;
     void* greyedBits = nullptr;
     ImageStrips strips;
     strips.color.reset(
-        CreateDIBSection(screen.get(), &stripFormat, DIB_RGB_COLORS, &colorBits, nullptr, 0));
+        CreateDIBSection(nullptr, &stripFormat, DIB_RGB_COLORS, &colorBits, nullptr, 0));
     strips.greyed.reset(
-        CreateDIBSection(screen.get(), &stripFormat, DIB_RGB_COLORS, &greyedBits, nullptr, 0));
+        CreateDIBSection(nullptr, &stripFormat, DIB_RGB_COLORS, &greyedBits, nullptr, 0));
     if (!strips.color || !strips.greyed) return {};
     auto* const color = static_cast<std::uint32_t*>(colorBits);
     auto* const greyed = static_cast<std::uint32_t*>(greyedBits);
@@ -162,7 +186,7 @@ ImageStrips MakeImageStrips(HINSTANCE instance, int pixels, int first, int count
         // taken rather than a 32-pixel drawing shrunk.
         const int id = IDI_APP + first + image;
         if (!StoredIconBits(instance, id, pixels, icon, iconMask) &&
-            !LoadedIconBits(screen.get(), instance, id, pixels, icon, iconMask)) {
+            !LoadedIconBits(instance, id, pixels, icon, iconMask)) {
             return {};
         }
         for (std::size_t y = 0; y < side; ++y) {
