@@ -204,10 +204,16 @@ void frmZorvi::WatchChild(HWND control) {
 
 HWND frmZorvi::MakeCombo(int member) {
     if (combo_[member] != nullptr) return combo_[member];
+    // Made with no height: the height a drop-down list is made with becomes
+    // the height of its list, and the layout that follows sets that anyway.
+    // A list of no height is not fitted to whole rows, and the control's own
+    // resizes while it is made and given its font leave it as it is: under
+    // Wine the list is a top-level window, and every move or resize of one
+    // costs some 3 ms there.
     const HWND combo = CreateWindowExW(
         0, WC_COMBOBOXW, L"",
         WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWN | CBS_AUTOHSCROLL, 0,
-        0, 100, 200, member == 0 ? toolbar_ : Handle(),
+        0, 100, 0, member == 0 ? toolbar_ : Handle(),
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(kComboId + member)),
         GetModuleHandleW(nullptr), nullptr);
     if (combo == nullptr) return nullptr;
