@@ -37,9 +37,11 @@ small_max=20   # sizes up to this use NAME-16.svg when present
 die() { echo "make_icons.sh: $*" >&2; exit 1; }
 
 command -v rsvg-convert >/dev/null || die "rsvg-convert not found (install librsvg2-bin)"
-if command -v magick >/dev/null && magick -version 2>/dev/null | grep -q ImageMagick; then
+# The version text is read whole: with pipefail, "grep -q" ending the pipe
+# early could fail the test on a version that has the name.
+if command -v magick >/dev/null && [[ $(magick -version 2>/dev/null) == *ImageMagick* ]]; then
     im=(magick)
-elif command -v convert >/dev/null && convert -version 2>/dev/null | grep -q ImageMagick; then
+elif command -v convert >/dev/null && [[ $(convert -version 2>/dev/null) == *ImageMagick* ]]; then
     im=(convert)
 else
     die "ImageMagick not found (install imagemagick)"
