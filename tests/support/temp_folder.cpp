@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -14,9 +15,16 @@ TempFolder::TempFolder() {
     static std::atomic<int> counter{0};
     char base[MAX_PATH] = {};
     GetTempPathA(MAX_PATH, base);
+    // A name that is its own short name (process and counter, eight hex
+    // digits). Wine makes up the short name of a longer one and finds it
+    // again by reading the whole folder; in the shared temporary folder that
+    // lookup now and then misses, and a compiler started by its short path
+    // never runs.
     for (int attempt = 0; attempt < 1000 && path_.empty(); ++attempt) {
-        const std::string candidate = std::string(base) + "zorvi-test-" +
-            std::to_string(GetCurrentProcessId()) + "-" + std::to_string(counter++);
+        char name[16] = {};
+        std::snprintf(name, sizeof name, "z%07lx",
+                      ((GetCurrentProcessId() & 0xFFFFul) << 12) | (counter++ & 0xFFFul));
+        const std::string candidate = std::string(base) + name;
         if (CreateDirectoryA(candidate.c_str(), nullptr)) path_ = candidate;
     }
     if (path_.empty()) throw std::runtime_error("no temporary folder could be made");
